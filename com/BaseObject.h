@@ -1,0 +1,19 @@
+// The base of every COM object of the module, and the count that tells whether the module may be unloaded.
+#pragma once
+
+#include <windows.h>
+
+namespace MediaFoundationSamples {
+
+// Objects alive, plus locks that class factories hold. Changed by interlocked operations only.
+extern volatile LONG g_ObjectCount;
+
+class BaseObject {
+public:
+    BaseObject() { InterlockedIncrement(&g_ObjectCount); }
+    BaseObject(const BaseObject&) = delete;
+    BaseObject& operator=(const BaseObject&) = delete;
+    virtual ~BaseObject() { InterlockedDecrement(&g_ObjectCount); }
+};
+
+} // namespace MediaFoundationSamples

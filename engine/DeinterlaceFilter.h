@@ -1,0 +1,66 @@
+// The frame driver: one input frame's pixels to one output frame's pixels, as the settings say at that moment.
+#pragma once
+
+#include "engine/FrameBuffer.h"
+#include "engine/FrameRegion.h"
+#include "engine/FrameSettings.h"
+#include "engine/GrayPalette.h"
+#include "engine/NerinCommon.h"
+#include "settings/DeinterlaceControl.h"
+
+// Frames are device-independent bitmaps of m_lBufferSize bytes with rows of m_lStride bytes. The engine takes no lock:
+// the transform that it is part of calls Transform, StartStreaming and EndStreaming one at a time.
+class CDeinterlaceFilter : public CDeinterlaceControl, public CNerinCommon {
+protected:
+    CDeinterlaceFilter();
+    ~CDeinterlaceFilter();
+
+    // Writes the output frame. Both pointers lead to m_lBufferSize bytes; the frames may be the same. E_UNEXPECTED,
+    // with nothing touched, when the stream format describes no frame that can be; else S_OK.
+    HRESULT Transform(const BYTE* input, BYTE* output);
+
+    // Sizes the hold, limits the stored region of interest to the frame and takes the frame buffers. E_UNEXPECTED for a
+    // frame without width or height; E_OUTOFMEMORY.
+    HRESULT StartStreaming();
+
+    // Ends the hold, notes the global pattern and gives the frame buffers back.
+    void EndStreaming();
+
+    // Gives the detector the colours of 8-bit frames, at most 256; entries left over are black. Null takes them away.
+    // E_OUTOFMEMORY.
+    HRESULT SetColorTable(const ColorEntry* entries, UINT32 count);
+
+    // The frame that the stream format describes.
+    FrameShape Shape() const;
+
+    // Decides for one input frame, and moves the hold on.
+    bool ShouldDeinterlace(const BYTE* frame);
+
+private:
+    // The global pattern at the end of the last stream. Kept: taken, and read by nothing.
+    struct PatternSnapshot {
+        INT16 enableGlobalPattern = 0;
+        UINT32 preambleFrames = 0;
+        UINT32 noDeinterlaceFrames = 0;
+        UINT32 deinterlaceFrames = 0;
+        INT16 deintPreamble = 0;
+    };
+
+    UINT32 Setting(REFGUID key) const;
+    void LimitRegion(REFGUID nearKey, REFGUID farKey, UINT32 frameSize);
+    HRESULT DeinterlaceBits8(const FrameShape& shape, const BYTE* input, BYTE* output);
+    HRESULT DeinterlaceBitsN(const FrameShape& shape, const BYTE* input, BYTE* output);
+    bool PassesThrough(const BYTE* input);
+    void DeinterlaceArea(const FrameShape& shape, const BYTE* input, BYTE* output, const RegionFlags& flags);
+    ProcessedArea SetupROI(const FrameShape& shape, const BYTE* input, BYTE* output, const RegionFlags& flags);
+    bool SaveFrame(const FrameShape& shape, const BYTE* input);
+    void RestoreProtected(const FrameShape& shape, BYTE* output);
+
+    INT64 m_rtStreamTimePerFrame = 0; // 100 ns, when streaming started
+    INT32 m_lAutoHoldCounter = 0;
+    INT32 m_lAutoHoldFrames = 0;
+    CFrameBuffer m_pSavedFrame;   // the untouched input, for the protected area
+    CFrameBuffer m_pScratchFrame; // Kept: allocated with the other, used by no frame path
+    std::unique_ptr<ColorEntry[]> m_pColorTable;
+    PatternSnapshot m_pattern;
+};

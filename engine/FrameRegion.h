@@ -1,0 +1,27 @@
+// Where the region of interest lies in a frame's memory.
+#pragma once
+
+#include "engine/FrameShape.h"
+
+// Edges in pixels and rows of the picture, from its top left; right and bottom are exclusive. Any numbers.
+struct Region {
+    std::int32_t left = 0;
+    std::int32_t top = 0;
+    std::int32_t right = 0;
+    std::int32_t bottom = 0;
+};
+
+// The part of a frame that is processed.
+struct ProcessedArea {
+    std::int32_t offset = 0; // bytes from the frame's first byte to the area's
+    std::int32_t width = 0;  // pixels per row
+    std::int32_t rows = 0;   // 0: nothing to process
+};
+
+// The whole frame.
+ProcessedArea WholeFrame(const FrameShape& shape);
+
+// The region, cut to the frame. In 16-bit frames it starts and ends on a pixel pair and is at least one pair wide. An
+// empty or inverted region, or one outside the frame, gives an area of no rows. `shape` must be processable; the area
+// returned lies within it.
+ProcessedArea PlaceRegion(const FrameShape& shape, const Region& region);

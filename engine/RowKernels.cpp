@@ -1,0 +1,57 @@
+#include "engine/RowKernels.h"
+
+#include "engine/CpuFeatures.h"
+#include "engine/RowKernelVariants.h"
+
+#if defined(NMFV_CPU_OVERRIDE)
+#include <cstdlib>
+#include <cstring>
+#endif
+
+namespace {
+
+bool Always() {
+    return true;
+}
+
+#define NMFV_ROW_KERNELS(variant)                                                                                      \
+    AverageRow##variant, BlendRow##variant, CombTrios16##variant, CombTrios24##variant, CombTrios32##variant
+
+constexpr RowKernels kRowKernels[] = {
+    {"scalar", Always, NMFV_ROW_KERNELS(Scalar)},
+    {"sse2", Always, NMFV_ROW_KERNELS(Sse2)}, // every x64 processor has it
+    {"avx2", HasAvx2, NMFV_ROW_KERNELS(Avx2)},
+};
+
+#undef NMFV_ROW_KERNELS
+
+// A test build may be told to stay below what the processor offers.
+bool IsWanted([[maybe_unused]] const RowKernels& variant) {
+#if defined(NMFV_CPU_OVERRIDE)
+    const char* forced = std::getenv("NMFV_CPU");
+    return !forced || std::strcmp(forced, variant.name) == 0;
+#else
+    return true;
+#endif
+}
+
+const RowKernels& BestSupported() {
+    const RowKernels* best = &kRowKernels[0];
+    for (const RowKernels& variant : kRowKernels) {
+        if (variant.supported() && IsWanted(variant)) {
+            best = &variant;
+        }
+    }
+    return *best;
+}
+
+} // namespace
+
+std::span<const RowKernels> AllRowKernels() {
+    return kRowKernels;
+}
+
+const RowKernels& ActiveRowKernels() {
+    static const RowKernels& best = BestSupported();
+    return best;
+}

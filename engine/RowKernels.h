@@ -1,0 +1,41 @@
+// The inner loops over the bytes of one row, in one variant per instruction set.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+// out[i] = (above[i] + below[i]) >> 1 for `bytes` bytes. `out` overlaps neither row.
+using AverageRowFn = void (*)(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below,
+                              std::size_t bytes);
+
+// out[i] = (above[i] + 2 * current[i] + below[i]) >> 2 for `bytes` bytes. `out` overlaps none of the rows.
+using BlendRowFn = void (*)(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,
+                            const std::uint8_t* below, std::size_t bytes);
+
+// Counts combed positions around one pair of rows.
+//
+// A pair is two neighbouring rows; a sample of it is a large step when the squared distance between its two values
+// exceeds 576. A position is combed when three consecutive pairs have a large step there. `row` is the upper row in
+// memory of pair p; the function counts, over `samples` positions, the combed ones of the trios (p-2, p-1, p) and,
+// as far as `pairsAfter` (0, 1 or 2) says that those pairs exist, (p-1, p, p+1) and (p, p+1, p+2). So it may read the
+// rows from two before `row` to one, two or three after it; it reads those other than the pair's own two only where
+// the pair has a large step.
+using CombTriosFn = std::uint32_t (*)(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples,
+                                      int pairsAfter);
+
+struct RowKernels {
+    const char* name;
+    bool (*supported)();
+    AverageRowFn average;
+    BlendRowFn blend121;
+    CombTriosFn comb16; // samples of 4 bytes, all four compared: a pixel pair of a packed 4:2:2 format
+    CombTriosFn comb24; // samples of 3 bytes
+    CombTriosFn comb32; // samples of 4 bytes, the first three compared
+};
+
+// All variants, slowest first; [0] is the reference that the others must equal for every length, offset and tail.
+std::span<const RowKernels> AllRowKernels();
+
+// The fastest variant that this processor and operating system support; chosen once per process.
+const RowKernels& ActiveRowKernels();

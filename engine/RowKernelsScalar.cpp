@@ -1,0 +1,52 @@
+// The reference: simple enough to trust.
+#include "engine/RowKernelVariants.h"
+
+#include "engine/CombTrios.h"
+
+namespace {
+
+constexpr std::int32_t kLargeStep = 576; // squared distance of 24
+
+template <int SampleBytes, int ComparedBytes>
+struct OneSample {
+    static constexpr std::int32_t kSamples = 1;
+    static constexpr std::int32_t kBytes = SampleBytes;
+
+    bool Mask(const std::uint8_t* a, const std::uint8_t* b) const {
+        std::int32_t distance = 0;
+        for (int i = 0; i < ComparedBytes; ++i) {
+            const std::int32_t difference = a[i] - b[i];
+            distance += difference * difference;
+        }
+        return distance > kLargeStep;
+    }
+
+    static std::uint32_t Count(bool step) { return step ? 1u : 0u; }
+};
+
+} // namespace
+
+void AverageRowScalar(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below, std::size_t bytes) {
+    for (std::size_t i = 0; i < bytes; ++i) {
+        out[i] = static_cast<std::uint8_t>((above[i] + below[i]) >> 1);
+    }
+}
+
+void BlendRowScalar(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,
+                    const std::uint8_t* below, std::size_t bytes) {
+    for (std::size_t i = 0; i < bytes; ++i) {
+        out[i] = static_cast<std::uint8_t>((above[i] + 2 * current[i] + below[i]) >> 2);
+    }
+}
+
+std::uint32_t CombTrios16Scalar(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
+    return CombTriosOfBlocks(OneSample<4, 4>{}, row, stride, samples, pairsAfter);
+}
+
+std::uint32_t CombTrios24Scalar(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
+    return CombTriosOfBlocks(OneSample<3, 3>{}, row, stride, samples, pairsAfter);
+}
+
+std::uint32_t CombTrios32Scalar(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
+    return CombTriosOfBlocks(OneSample<4, 3>{}, row, stride, samples, pairsAfter);
+}

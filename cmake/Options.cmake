@@ -1,0 +1,38 @@
+# What every target of this project is compiled with: link the interface target nmfv_options.
+add_library(nmfv_options INTERFACE)
+target_include_directories(nmfv_options INTERFACE ${PROJECT_SOURCE_DIR})
+
+if(MSVC)
+  target_compile_options(nmfv_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
+  set(NMFV_FATAL /WX)
+else()
+  target_compile_options(nmfv_options INTERFACE -Wall -Wextra -Wshadow -Wformat=2
+    -Wno-format-nonliteral -Wundef -Wvla -Wduplicated-cond -Wlogical-op -Wnull-dereference -Wunused)
+  set(NMFV_FATAL -Werror)
+endif()
+if(NMFV_WARNINGS_FATAL)
+  target_compile_options(nmfv_options INTERFACE ${NMFV_FATAL})
+endif()
+
+if(WIN32)
+  target_compile_definitions(nmfv_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX STRICT
+    _WIN32_WINNT=0x0601 WINVER=0x0601)
+  if(NOT MSVC)
+    # Nothing but the system's own DLLs stands in an import table: the C++ run-time is linked in.
+    target_link_options(nmfv_options INTERFACE -static -s)
+  endif()
+endif()
+
+if(NMFV_SANITIZE)
+  target_compile_options(nmfv_options INTERFACE -fsanitize=${NMFV_SANITIZE} -fno-sanitize-recover=all
+    -fno-omit-frame-pointer -O1)
+  target_link_options(nmfv_options INTERFACE -fsanitize=${NMFV_SANITIZE})
+endif()
+
+# Compiled without exceptions and type information: what goes into the DLL lets no exception leave an interface
+# because there is none.
+add_library(nmfv_module_options INTERFACE)
+target_link_libraries(nmfv_module_options INTERFACE nmfv_options)
+if(NOT MSVC)
+  target_compile_options(nmfv_module_options INTERFACE -fno-exceptions -fno-rtti)
+endif()

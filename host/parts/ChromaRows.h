@@ -1,0 +1,32 @@
+// Chroma of one row in other resolutions.
+#pragma once
+
+#include <cstdint>
+
+namespace host {
+
+// The two chroma rows that a luma row lies between, and their shares in eighths.
+struct ChromaTap {
+    int nearRow;
+    int farRow;
+    int nearShare;
+    int farShare;
+};
+
+// For 4:2:0 with `chromaRows` chroma rows.
+// Frame-wise, a chroma row lies midway between its two luma rows, so each takes three quarters of it and one quarter of
+// the next one on its side. Field-wise, chroma rows alternate between the fields as luma rows do; within its field a
+// chroma row lies a quarter (top field) or three quarters (bottom field) of the way from its first luma row to its
+// second, and only rows of the same field are mixed: chroma of the two moments never runs into each other.
+ChromaTap TapFor420(int lumaRow, int chromaRows, bool fieldWise);
+
+// out[i] = (a[i] * shareA + b[i] * (8 - shareA) + 4) / 8
+void MixRows(std::uint8_t* out, const std::uint8_t* a, const std::uint8_t* b, int shareA, int count);
+
+// Half the samples to `width`: even ones are taken as they are, odd ones lie halfway between their neighbours.
+void WidenRow(std::uint8_t* out, const std::uint8_t* in, int width);
+
+// `width` samples to (width + 1) / 2, each a 1-2-1 mean around the even sample.
+void NarrowRow(std::uint8_t* out, const std::uint8_t* in, int width);
+
+} // namespace host

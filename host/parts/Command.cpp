@@ -1,0 +1,119 @@
+#include "host/parts/Command.h"
+
+#include "host/parts/HostError.h"
+
+#include <algorithm>
+
+namespace host {
+
+namespace {
+
+[[noreturn]] void Misused(const std::string& text) {
+    throw HostError(ExitCode::Usage, text);
+}
+
+struct Extension {
+    std::string_view extension;
+    OutputKind kind;
+};
+
+constexpr Extension kExtensions[] = {
+    {".y4m", OutputKind::Y4m}, {".avi", OutputKind::Avi}, {".raw", OutputKind::Raw}, {".yuv", OutputKind::Raw}};
+
+const VerbRow& TakeVerb(std::span<const VerbRow> verbs, std::vector<std::string>& files) {
+    if (!files.empty()) {
+        for (const VerbRow& verb : verbs) {
+            if (files[0] == verb.name) {
+                files.erase(files.begin());
+                return verb;
+            }
+        }
+    }
+    return verbs[0];
+}
+
+void CheckTogether(const Options& options) {
+    struct Conflict {
+        bool present;
+        const char* text;
+    };
+    const bool otherThanRaw = options.from && *options.from != InputKind::Raw;
+    const Conflict conflicts[] = {
+        {options.registered && !options.dll.empty(), "--registered and --dll name two different transforms: give one."},
+        {options.raw && otherThanRaw, "--raw says that the input is raw frames, --from that it is not: give one."},
+        {!options.raw && options.from == InputKind::Raw, "--from raw needs --raw WxH:FORMAT@FPS: the frames do not say "
+                                                         "what they are."},
+    };
+    for (const Conflict& conflict : conflicts) {
+        if (conflict.present) {
+            Misused(conflict.text);
+        }
+    }
+}
+
+void CheckFiles(const VerbRow& verb, const std::vector<std::string>& files, const Options& options) {
+    const bool noOutput = options.to == OutputKind::None;
+    const std::size_t least = noOutput ? std::min<std::size_t>(verb.leastFiles, 1) : verb.leastFiles;
+    const std::size_t most = noOutput ? std::min<std::size_t>(verb.mostFiles, 1) : verb.mostFiles;
+    const std::string usage = "nmfvdeint " + std::string(verb.name) + " " + std::string(verb.arguments);
+    if (files.size() < least) {
+        Misused(files.empty() ? "no input is named. Usage: " + usage + "; nmfvdeint --help tells more."
+                              : "no output is named. Usage: " + usage + "; --to none needs no output.");
+    }
+    if (files.size() > most) {
+        Misused("\"" + files[most] + "\" is one file too many. Usage: " + usage);
+    }
+}
+
+} // namespace
+
+OutputKind OutputKindOf(std::string_view path) {
+    if (path == "-") {
+        return OutputKind::Y4m;
+    }
+    std::string lower(path);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    for (const Extension& known : kExtensions) {
+        if (lower.ends_with(known.extension)) {
+            return known.kind;
+        }
+    }
+    Misused(std::string(path) + ": its name does not say what to write; add --to y4m, --to avi or --to raw.");
+}
+
+Command ParseCommand(std::span<const VerbRow> verbs, std::span<const std::string> arguments) {
+    Command command;
+    std::vector<std::string> files = ReadOptions(AllOptions(), arguments, command.options);
+    command.verb = &TakeVerb(verbs, files);
+    if (command.options.help || command.options.version) {
+        return command;
+    }
+    CheckTogether(command.options);
+    CheckFiles(*command.verb, files, command.options);
+    command.input = files.empty() ? std::string() : files[0];
+    if (files.size() > 1) {
+        command.output = files[1];
+        command.outputKind = command.options.to ? *command.options.to : OutputKindOf(command.output);
+        if (command.output == "-" && command.outputKind == OutputKind::Avi) {
+            Misused("AVI cannot be written to a pipe, as its header is completed at the end: name a file, or use "
+                    "--to y4m.");
+        }
+    }
+    return command;
+}
+
+void CheckFeed(const ClipInfo& clip, Pixels feed, const std::string& name) {
+    if (TraitsOf(feed).evenWidth && clip.width % 2 != 0) {
+        throw HostError(ExitCode::Input, name + ": the picture is " + std::to_string(clip.width) +
+                                             " pixels wide, but " + TraitsOf(feed).name +
+                                             " shares chroma between two pixels and needs an even width. Use --feed "
+                                             "iyu2 or --feed rgb24, or crop the clip.");
+    }
+    if (clip.width % 2 != 0 && (clip.layout == Layout::Yuy2 || clip.layout == Layout::Uyvy)) {
+        throw HostError(ExitCode::Input,
+                        name + ": 4:2:2 frames of an odd width (" + std::to_string(clip.width) + ") cannot be read.");
+    }
+}
+
+} // namespace host

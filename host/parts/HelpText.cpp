@@ -1,0 +1,48 @@
+#include "host/parts/Command.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::string_view kIntroduction =
+    "nmfvdeint - sends video through the NMFVDeitrx deinterlacing transform\n"
+    "\n"
+    "An interlaced frame holds two moments: its even rows show one, its odd rows the next. Where something moves,\n"
+    "a computer screen then shows combs. This program takes uncompressed video from a file or a pipe, lets the\n"
+    "transform remove the combs, and writes as many frames of the same size.\n"
+    "\n"
+    "Usage:\n";
+
+constexpr std::string_view kExamples =
+    "\n"
+    "Examples:\n"
+    "  nmfvdeint clip.y4m clean.y4m\n"
+    "  nmfvdeint capture.avi clean.avi --method rebuild --mode all\n"
+    "  nmfvdeint clip.y4m --to none --still 120 before-after.png\n"
+    "  nmfvdeint analyse clip.y4m\n"
+    "  ffmpeg -i tape.mpg -pix_fmt yuv422p -f yuv4mpegpipe - | nmfvdeint - - --sensitivity 0.3 |\n"
+    "    ffmpeg -i - -c:v libx264 clean.mp4\n"
+    "\n"
+    "Pipes and formats:\n"
+    "  \"-\" is standard input or output. Y4M may be 4:2:0, 4:2:2, 4:4:4 or mono of 8 bits; what comes out is 4:2:2,\n"
+    "  or 4:4:4 when the transform was fed rgb24 or iyu2, and is marked progressive. The rows of raw frames, and\n"
+    "  --even and --odd, count as they lie in memory; --roi and --protect count from the picture's top left corner.\n"
+    "  Outputs are written under a temporary name beside OUTPUT and renamed when they are whole.\n"
+    "\n"
+    "Exit codes:\n"
+    "  0 done   1 command line   2 input   3 output   4 transform   5 interrupted\n";
+
+} // namespace
+
+std::string HelpText(std::span<const VerbRow> verbs) {
+    std::string text(kIntroduction);
+    for (const VerbRow& verb : verbs) {
+        const std::string name = &verb == verbs.data() ? "" : std::string(verb.name) + " ";
+        const std::string usage = "  nmfvdeint " + name + std::string(verb.arguments) + " [options]";
+        text += usage + "\n      " + std::string(verb.help) + "\n";
+    }
+    text += DescribeOptions(AllOptions());
+    return text + std::string(kExamples);
+}
+
+} // namespace host

@@ -1,0 +1,39 @@
+// How the tool fails: one exception that carries the exit code and a text for the user.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace host {
+
+// The tool's exit codes; HelpText.cpp documents them.
+enum class ExitCode {
+    Ok = 0,
+    Usage = 1,
+    Input = 2,
+    Output = 3,
+    Transform = 4,
+    Interrupted = 5,
+};
+
+// `what()` is UTF-8 and names the file, the position where there is one, and what to do.
+class HostError : public std::runtime_error {
+public:
+    HostError(ExitCode code, const std::string& text)
+        : std::runtime_error(text)
+        , m_code(code) {}
+
+    ExitCode Code() const { return m_code; }
+
+private:
+    ExitCode m_code;
+};
+
+// The input ends inside a frame; the frames before it were whole.
+class TruncatedError : public HostError {
+public:
+    explicit TruncatedError(const std::string& text)
+        : HostError(ExitCode::Input, text) {}
+};
+
+} // namespace host

@@ -1,0 +1,36 @@
+// Command-line options from a table.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+struct Options;
+
+// One option. `value` names its value in the help and is empty for a switch; `apply` throws HostError with
+// ExitCode::Usage when the value will not do, by way of BadValue.
+struct OptionRow {
+    std::string_view group; // heading in the help
+    std::string_view name;  // with its dashes
+    std::string_view value;
+    std::string_view help;
+    void (*apply)(Options& options, std::string_view value);
+    int words = 1; // 2: the value may also stand as two arguments, which reach `apply` with a comma between them
+};
+
+// Reads `arguments` into `options`; what is no option comes back in order. Both "--name value" and "--name=value" will
+// do, "-" alone is no option, and after "--" nothing is. Throws HostError with ExitCode::Usage, naming the nearest
+// option for one that is unknown.
+std::vector<std::string> ReadOptions(std::span<const OptionRow> rows, std::span<const std::string> arguments,
+                                     Options& options);
+
+// The candidate that is at most two slips (a letter more, less, other, or two swapped) away; empty when none is.
+std::string_view NearMiss(std::string_view word, std::span<const std::string_view> candidates);
+
+// The help's list of options, grouped in the table's order.
+std::string DescribeOptions(std::span<const OptionRow> rows);
+
+} // namespace host

@@ -1,0 +1,14 @@
+#include "host/parts/Truncated.h"
+
+#include "host/parts/HostError.h"
+
+namespace host {
+
+void ThrowTruncated(const CInputStream& input, std::uint64_t frame, std::uint64_t got, std::uint64_t wanted) {
+    throw TruncatedError(input.Name() + ": cut off at byte " + std::to_string(input.Position()) + ", inside frame " +
+                         std::to_string(frame) + " (" + std::to_string(got) + " of its " + std::to_string(wanted) +
+                         " bytes are there). Make the input anew, or use --cut-off keep to take the "
+                         "whole frames before it.");
+}
+
+} // namespace host

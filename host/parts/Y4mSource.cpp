@@ -1,0 +1,70 @@
+#include "host/parts/Y4mSource.h"
+
+#include "host/parts/HostError.h"
+#include "host/parts/Truncated.h"
+#include "host/parts/Y4mHeader.h"
+
+#include <vector>
+
+namespace host {
+
+namespace {
+
+constexpr std::size_t kMaxHeader = 4096;
+constexpr std::size_t kMaxFrameLine = 256;
+
+class CY4mSource final : public IFrameSource {
+public:
+    explicit CY4mSource(CInputStream& input)
+        : m_input(input) {
+        const auto header = input.ReadLine(kMaxHeader);
+        m_info = ParseY4mHeader(header.value_or(""), input.Name());
+        m_frame.resize(PlanarBytes(m_info.layout, m_info.width, m_info.height));
+        if (const auto size = input.Size()) {
+            // Frame lines are 6 bytes unless they carry fields, so this may promise a frame too many for odd streams.
+            m_info.frames = (*size - input.Position()) / (m_frame.size() + 6);
+        }
+    }
+
+    const ClipInfo& Info() const override { return m_info; }
+
+    bool Next() override {
+        const std::uint64_t start = m_input.Position();
+        const auto line = m_input.ReadLine(kMaxFrameLine);
+        if (!line && m_input.Position() == start) {
+            return false;
+        }
+        if (!line || line->compare(0, 5, "FRAME") != 0) {
+            throw HostError(ExitCode::Input, m_input.Name() + ": frame " + std::to_string(m_next) + " (byte " +
+                                                 std::to_string(start) +
+                                                 ") does not begin with \"FRAME\": the stream is damaged or cut off.");
+        }
+        const std::size_t got = m_input.Read(m_frame.data(), m_frame.size());
+        if (got != m_frame.size()) {
+            ThrowTruncated(m_input, m_next, got, m_frame.size());
+        }
+        const bool interlaced = m_info.scan == Scan::Interlaced || m_info.scan == Scan::Mixed;
+        m_fieldChroma = Y4mFrameHasFieldChroma(*line, interlaced);
+        ++m_next;
+        return true;
+    }
+
+    FrameView Frame() const override { return PlanarFrame(m_info.layout, m_info.width, m_info.height, m_frame.data()); }
+
+    bool FieldChroma() const override { return m_fieldChroma; }
+
+private:
+    CInputStream& m_input;
+    ClipInfo m_info;
+    std::vector<std::uint8_t> m_frame;
+    std::uint64_t m_next = 0;
+    bool m_fieldChroma = false;
+};
+
+} // namespace
+
+std::unique_ptr<IFrameSource> OpenY4m(CInputStream& input) {
+    return std::make_unique<CY4mSource>(input);
+}
+
+} // namespace host

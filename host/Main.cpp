@@ -1,0 +1,67 @@
+// nmfvdeint: the deinterlacing transform from the command line.
+#include "host/parts/Command.h"
+#include "host/parts/HostError.h"
+#include "host/win/Console.h"
+#include "host/win/Interrupt.h"
+#include "host/win/Text.h"
+#include "host/win/Verbs.h"
+#include "server/Version.h"
+
+#include <exception>
+#include <new>
+#include <shellapi.h>
+
+namespace {
+
+constexpr host::VerbRow kVerbs[] = {
+    {"deinterlace", "INPUT OUTPUT", "Sends INPUT through the transform to OUTPUT. \"--to none\" needs no OUTPUT.", 2, 2,
+     &host::RunDeinterlace},
+    {"analyse", "INPUT",
+     "Prints what the combing detector counts in every frame, and in the end which sensitivity tells the clip's "
+     "interlaced frames from the others. Needs no transform.",
+     1, 1, &host::RunAnalyse},
+};
+
+std::vector<std::string> Arguments() {
+    int count = 0;
+    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> arguments;
+    for (int i = 1; i < count; ++i) {
+        arguments.push_back(host::ToUtf8(words[i]));
+    }
+    LocalFree(words);
+    return arguments;
+}
+
+void Run() {
+    const std::vector<std::string> arguments = Arguments();
+    const host::Command command = host::ParseCommand(kVerbs, arguments);
+    if (command.options.help) {
+        host::Print(host::HelpText(kVerbs));
+    } else if (command.options.version) {
+        host::Print("nmfvdeint " NMFV_VERSION_TEXT "\n");
+    } else {
+        host::WatchForInterrupt();
+        command.verb->run(command);
+    }
+}
+
+int Fail(host::ExitCode code, const std::string& text) {
+    host::Say("nmfvdeint: " + text + "\n");
+    return static_cast<int>(code);
+}
+
+} // namespace
+
+int main() {
+    try {
+        Run();
+        return static_cast<int>(host::ExitCode::Ok);
+    } catch (const host::HostError& error) {
+        return Fail(error.Code(), error.what());
+    } catch (const std::bad_alloc&) {
+        return Fail(host::ExitCode::Transform, "there is not enough memory.");
+    } catch (const std::exception& error) {
+        return Fail(host::ExitCode::Transform, std::string("internal failure: ") + error.what());
+    }
+}

@@ -1,0 +1,199 @@
+#include "host/win/Verbs.h"
+
+#include "engine/AutoHold.h"
+#include "engine/InterlaceDetector.h"
+#include "host/parts/FrameSink.h"
+#include "host/parts/HostError.h"
+#include "host/parts/ProgressText.h"
+#include "host/parts/Still.h"
+#include "host/win/Console.h"
+#include "host/win/Files.h"
+#include "host/win/Input.h"
+#include "host/win/Interrupt.h"
+#include "host/win/Platform.h"
+#include "host/win/Png.h"
+#include "host/win/TransformClient.h"
+
+#include <cstring>
+
+namespace host {
+
+namespace {
+
+// Keeps count of what the transform decides in auto mode, by asking the detector the same question and keeping the same
+// hold. In the other modes there is nothing to ask.
+class CDecisions {
+public:
+    CDecisions(const ActiveSettings& active, std::int64_t timePerFrame)
+        : m_active(active)
+        , m_holdFrames(HoldFrames(timePerFrame)) {}
+
+    void Look(const std::uint8_t* frame, const StreamShape& shape) {
+        if (m_active.mode != Mode::Auto) {
+            return;
+        }
+        const bool interlaced = IsFrameInterlaced(frame, shape.width, shape.height, TraitsOf(shape.pixels).bits,
+                                                  nullptr, m_active.sensitivity) != 0;
+        m_called += interlaced ? 1 : 0;
+        m_deinterlaced += AdvanceHold(interlaced, m_holdFrames, m_counter) ? 1 : 0;
+    }
+
+    void Report(RunSummary& summary) const {
+        if (m_active.mode == Mode::Auto) {
+            summary.calledInterlaced = m_called;
+            summary.deinterlaced = m_deinterlaced;
+        }
+    }
+
+private:
+    ActiveSettings m_active;
+    std::int32_t m_holdFrames;
+    std::int32_t m_counter = 0;
+    std::uint64_t m_called = 0;
+    std::uint64_t m_deinterlaced = 0;
+};
+
+// True when the pictures differ; the padding of rows is no part of them.
+bool Differ(const StreamShape& shape, const std::uint8_t* a, const std::uint8_t* b) {
+    const std::size_t stride = FrameStride(shape.pixels, shape.width);
+    const std::size_t row =
+        static_cast<std::size_t>(shape.width) * static_cast<std::size_t>(TraitsOf(shape.pixels).bits) / 8;
+    for (std::size_t at = 0; at < stride * static_cast<std::size_t>(shape.height); at += stride) {
+        if (std::memcmp(a + at, b + at, row) != 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// An output file or pipe and what is written to it; nothing at all for --to none.
+class COutput {
+public:
+    COutput(const Command& command, const ClipInfo& clip, const StreamShape& shape) {
+        if (command.outputKind == OutputKind::None) {
+            return;
+        }
+        SinkFormat format{shape.pixels, shape.width, shape.height, shape.rate, clip.aspect, clip.fullRange};
+        m_output = OpenOutput(command.output, command.options.force);
+        switch (command.outputKind) {
+        case OutputKind::Avi:
+            m_sink = MakeAviSink(*m_output, format);
+            break;
+        case OutputKind::Raw:
+            m_sink = MakeRawSink(*m_output, format);
+            break;
+        default:
+            m_sink = MakeY4mSink(*m_output, format);
+        }
+    }
+
+    void Write(const std::uint8_t* frame) {
+        if (m_sink) {
+            m_sink->Write(frame);
+        }
+    }
+
+    void Finish() {
+        if (m_sink) {
+            m_sink->Finish();
+            m_output->Commit();
+        }
+    }
+
+private:
+    std::unique_ptr<IOutput> m_output;
+    std::unique_ptr<IFrameSink> m_sink;
+};
+
+// The pictures that --still asks for.
+class CStills {
+public:
+    CStills(const Options& options, const StreamShape& shape, bool fullRange)
+        : m_stills(options.stills)
+        , m_replace(options.force)
+        , m_shape(shape)
+        , m_converter(LayoutOf(shape.pixels), Layout::Rgb24, shape.width, shape.height, fullRange) {}
+
+    void Look(std::uint64_t frame, const std::uint8_t* before, const std::uint8_t* after) {
+        for (const Still& still : m_stills) {
+            if (still.frame == frame) {
+                Write(still, before, after);
+            }
+        }
+    }
+
+    // Throws when a picture was asked for of a frame that the clip does not have.
+    void Finish(std::uint64_t frames, const std::string& input) const {
+        for (const Still& still : m_stills) {
+            if (still.frame >= frames) {
+                throw HostError(ExitCode::Input, input + ": has " + std::to_string(frames) +
+                                                     " frames, so there is no " + "frame " +
+                                                     std::to_string(still.frame) + " for " + still.path + ".");
+            }
+        }
+    }
+
+private:
+    void Write(const Still& still, const std::uint8_t* before, const std::uint8_t* after) {
+        Image beforePicture(m_shape.width, m_shape.height);
+        Image afterPicture(m_shape.width, m_shape.height);
+        const Window window = MostCombedWindow(m_shape.pixels, m_shape.width, m_shape.height, before);
+        WritePng(still.path,
+                 ComposeStill(ToPicture(before, beforePicture), ToPicture(after, afterPicture), window, still.frame),
+                 m_replace);
+    }
+
+    FrameView ToPicture(const std::uint8_t* frame, Image& picture) {
+        FrameTarget target;
+        target.layout = Layout::Rgb24;
+        target.width = picture.width;
+        target.height = picture.height;
+        target.plane[0] = picture.pixels.data();
+        target.stride[0] = std::ptrdiff_t{3} * picture.width;
+        m_converter.Convert(PackedFrame(m_shape.pixels, m_shape.width, m_shape.height, frame), target, false);
+        return AsView(target);
+    }
+
+    std::vector<Still> m_stills;
+    bool m_replace;
+    StreamShape m_shape;
+    CFrameConverter m_converter;
+};
+
+} // namespace
+
+void RunDeinterlace(const Command& command) {
+    const CPlatform platform;
+    CInput input(command);
+    const ClipInfo& clip = input.Info();
+    const StreamShape shape{input.Feed(), clip.width, clip.height, input.Rate()};
+    CTransformClient client(command.options, shape);
+    COutput output(command, clip, shape);
+    CStills stills(command.options, shape, clip.fullRange);
+    CDecisions decisions(client.Active(), client.TimePerFrame());
+    RunSummary summary;
+    {
+        CProgressLine progress(command.options.quiet, clip.frames);
+        while (input.Read(client.Input())) {
+            ThrowIfInterrupted();
+            if (!command.options.quiet) {
+                decisions.Look(client.Input(), shape);
+            }
+            const std::uint8_t* const result = client.Process();
+            output.Write(result);
+            summary.changed += !command.options.quiet && Differ(shape, client.Input(), result) ? 1 : 0;
+            stills.Look(summary.frames, client.Input(), result);
+            progress.Update(++summary.frames);
+        }
+        summary.seconds = progress.Seconds();
+    }
+    client.Finish();
+    output.Finish();
+    if (!command.options.quiet) {
+        decisions.Report(summary);
+        Say(SummaryText(summary));
+    }
+    stills.Finish(summary.frames, command.input);
+}
+
+} // namespace host

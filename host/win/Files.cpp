@@ -1,0 +1,208 @@
+#include "host/win/Files.h"
+
+#include "host/parts/HostError.h"
+#include "host/win/Interrupt.h"
+#include "host/win/Text.h"
+
+#include <algorithm>
+
+namespace host {
+
+namespace {
+
+constexpr DWORD kMaxTransfer = 1u << 26;
+
+[[noreturn]] void Fail(ExitCode code, const std::string& text) {
+    throw HostError(code, text);
+}
+
+DWORD Portion(std::size_t bytes) {
+    return static_cast<DWORD>(std::min<std::size_t>(bytes, kMaxTransfer));
+}
+
+class CFileReader final : public IByteReader {
+public:
+    CFileReader(CHandle owned, HANDLE handle, std::string name)
+        : m_owned(std::move(owned))
+        , m_handle(handle)
+        , m_name(std::move(name)) {}
+
+    std::size_t Read(void* buffer, std::size_t bytes) override {
+        DWORD got = 0;
+        if (ReadFile(m_handle, buffer, Portion(bytes), &got, nullptr)) {
+            m_position += got;
+            return got;
+        }
+        const DWORD error = GetLastError();
+        ThrowIfInterrupted();
+        if (error == ERROR_BROKEN_PIPE || error == ERROR_HANDLE_EOF) {
+            return 0;
+        }
+        Fail(ExitCode::Input,
+             m_name + ": cannot be read at byte " + std::to_string(m_position) + ": " + ErrorText(error));
+    }
+
+    std::optional<std::uint64_t> Size() const override {
+        LARGE_INTEGER size;
+        if (GetFileType(m_handle) != FILE_TYPE_DISK || !GetFileSizeEx(m_handle, &size)) {
+            return std::nullopt;
+        }
+        return static_cast<std::uint64_t>(size.QuadPart);
+    }
+
+    const std::string& Name() const override { return m_name; }
+
+private:
+    CHandle m_owned; // empty for standard input
+    HANDLE m_handle;
+    std::string m_name;
+    std::uint64_t m_position = 0;
+};
+
+// Writes to a handle; what is common to pipes and files.
+class CHandleOutput : public IOutput {
+public:
+    CHandleOutput(CHandle owned, HANDLE handle, std::string name)
+        : m_owned(std::move(owned))
+        , m_handle(handle)
+        , m_name(std::move(name)) {}
+
+    void Write(const void* data, std::size_t bytes) override {
+        const auto* next = static_cast<const char*>(data);
+        while (bytes != 0) {
+            DWORD done = 0;
+            if (!WriteFile(m_handle, next, Portion(bytes), &done, nullptr)) {
+                FailWrite(GetLastError());
+            }
+            if (done == 0) {
+                FailWrite(ERROR_DISK_FULL);
+            }
+            next += done;
+            bytes -= done;
+            m_written += done;
+        }
+    }
+
+    bool CanSeek() const override { return false; }
+    void Seek(std::uint64_t) override { Fail(ExitCode::Output, m_name + ": a pipe cannot go back."); }
+    const std::string& Name() const override { return m_name; }
+    void Commit() override {}
+
+protected:
+    HANDLE Get() const { return m_handle; }
+    void Close() { m_owned.Reset(); }
+
+private:
+    [[noreturn]] void FailWrite(DWORD error) const {
+        ThrowIfInterrupted();
+        const std::string at = " after " + std::to_string(m_written) + " bytes";
+        switch (error) {
+        case ERROR_BROKEN_PIPE:
+        case ERROR_NO_DATA:
+            Fail(ExitCode::Output, m_name + ": the program that reads it has ended" + at + ".");
+        case ERROR_DISK_FULL:
+        case ERROR_HANDLE_DISK_FULL:
+            Fail(ExitCode::Output, m_name + ": the disk is full" + at + "; nothing is left of it.");
+        default:
+            Fail(ExitCode::Output, m_name + ": cannot be written" + at + ": " + ErrorText(error));
+        }
+    }
+
+    CHandle m_owned; // empty for standard output
+    HANDLE m_handle;
+    std::string m_name;
+    std::uint64_t m_written = 0;
+};
+
+class CFileOutput final : public CHandleOutput {
+public:
+    CFileOutput(CHandle handle, HANDLE raw, const std::string& name, std::wstring path, std::wstring temporary,
+                bool replace)
+        : CHandleOutput(std::move(handle), raw, name)
+        , m_path(std::move(path))
+        , m_temporary(std::move(temporary))
+        , m_replace(replace) {}
+    CFileOutput(const CFileOutput&) = delete;
+    CFileOutput& operator=(const CFileOutput&) = delete;
+    ~CFileOutput() override {
+        if (!m_committed) {
+            Close();
+            DeleteFileW(m_temporary.c_str());
+        }
+    }
+
+    bool CanSeek() const override { return true; }
+
+    void Seek(std::uint64_t offset) override {
+        LARGE_INTEGER to;
+        to.QuadPart = static_cast<LONGLONG>(offset);
+        if (!SetFilePointerEx(Get(), to, nullptr, FILE_BEGIN)) {
+            Fail(ExitCode::Output, Name() + ": cannot be written: " + ErrorText(GetLastError()));
+        }
+    }
+
+    void Commit() override {
+        Close();
+        if (!MoveFileExW(m_temporary.c_str(), m_path.c_str(), m_replace ? MOVEFILE_REPLACE_EXISTING : 0)) {
+            Fail(ExitCode::Output, Name() + ": the finished file cannot get its name: " + ErrorText(GetLastError()));
+        }
+        m_committed = true;
+    }
+
+private:
+    std::wstring m_path;
+    std::wstring m_temporary;
+    bool m_replace;
+    bool m_committed = false;
+};
+
+// A device such as NUL is written to as it is: it must not be replaced by a file.
+std::unique_ptr<IOutput> OpenDevice(const std::wstring& path, const std::string& name) {
+    CHandle device(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                               FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!device || GetFileType(device.Get()) == FILE_TYPE_DISK) {
+        return nullptr;
+    }
+    const HANDLE handle = device.Get();
+    return std::make_unique<CHandleOutput>(std::move(device), handle, name);
+}
+
+} // namespace
+
+std::unique_ptr<IByteReader> OpenReader(const std::string& path) {
+    if (path == "-") {
+        return std::make_unique<CFileReader>(CHandle(), GetStdHandle(STD_INPUT_HANDLE), "standard input");
+    }
+    CHandle file(CreateFileW(ToWide(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                             FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!file) {
+        Fail(ExitCode::Input, path + ": cannot be opened: " + ErrorText(GetLastError()));
+    }
+    const HANDLE handle = file.Get();
+    return std::make_unique<CFileReader>(std::move(file), handle, path);
+}
+
+std::unique_ptr<IOutput> OpenOutput(const std::string& path, bool replace) {
+    if (path == "-") {
+        return std::make_unique<CHandleOutput>(CHandle(), GetStdHandle(STD_OUTPUT_HANDLE), "standard output");
+    }
+    const std::wstring wide = ToWide(path);
+    if (GetFileAttributesW(wide.c_str()) != INVALID_FILE_ATTRIBUTES) {
+        if (auto device = OpenDevice(wide, path)) {
+            return device;
+        }
+        if (!replace) {
+            Fail(ExitCode::Output, path + ": exists already. Name another file, or add --force to replace it.");
+        }
+    }
+    std::wstring temporary = wide + L"." + std::to_wstring(GetCurrentProcessId()) + L".part";
+    CHandle file(
+        CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) {
+        Fail(ExitCode::Output, path + ": cannot be created: " + ErrorText(GetLastError()));
+    }
+    const HANDLE handle = file.Get();
+    return std::make_unique<CFileOutput>(std::move(file), handle, path, wide, std::move(temporary), replace);
+}
+
+} // namespace host

@@ -1,0 +1,27 @@
+// Files and pipes.
+#pragma once
+
+#include "host/parts/ByteStream.h"
+#include "host/win/Handle.h"
+
+#include <memory>
+#include <string>
+
+namespace host {
+
+// "-" is standard input. Throws HostError with ExitCode::Input.
+std::unique_ptr<IByteReader> OpenReader(const std::string& path);
+
+// An output that only gets its name when it is whole.
+class IOutput : public IByteWriter {
+public:
+    // Gives the output its final name. What is not committed is removed on destruction; a pipe or device keeps what
+    // was written.
+    virtual void Commit() = 0;
+};
+
+// "-" is standard output. A file that exists is replaced (by Commit) only when `replace` is set. Throws HostError with
+// ExitCode::Output.
+std::unique_ptr<IOutput> OpenOutput(const std::string& path, bool replace);
+
+} // namespace host

@@ -1,0 +1,105 @@
+#include "host/win/Input.h"
+
+#include "host/parts/AviSource.h"
+#include "host/parts/HostError.h"
+#include "host/parts/Y4mSource.h"
+#include "host/win/Console.h"
+#include "host/win/Files.h"
+#include "host/win/MediaSource.h"
+
+#include <cstring>
+
+namespace host {
+
+namespace {
+
+bool BeginsWith(const std::vector<std::uint8_t>& bytes, std::size_t offset, std::string_view text) {
+    return bytes.size() >= offset + text.size() && std::memcmp(bytes.data() + offset, text.data(), text.size()) == 0;
+}
+
+// Y4M and AVI are known by their first bytes; anything else in a file may be known to the platform.
+InputKind KindByContent(CInputStream& input) {
+    const auto first = input.Peek(12);
+    if (BeginsWith(first, 0, "YUV4MPEG2")) {
+        return InputKind::Y4m;
+    }
+    if (BeginsWith(first, 0, "RIFF") && BeginsWith(first, 8, "AVI ")) {
+        return InputKind::Avi;
+    }
+    if (first.empty()) {
+        throw HostError(ExitCode::Input, input.Name() + ": it is empty.");
+    }
+    if (!input.Size()) {
+        throw HostError(ExitCode::Input, input.Name() + ": this is neither Y4M nor AVI. Raw frames need --raw "
+                                                        "WxH:FORMAT@FPS; other video must come from a file.");
+    }
+    return InputKind::Media;
+}
+
+} // namespace
+
+CInput::CInput(const Command& command)
+    : m_lines(command.options.lines)
+    , m_keepCutOff(command.options.keepCutOff) {
+    Open(command);
+    const ClipInfo& info = m_source->Info();
+    m_feed = command.options.feed.value_or(NaturalFeed(info.layout));
+    CheckFeed(info, m_feed, command.input);
+    m_converter =
+        std::make_unique<CFrameConverter>(info.layout, LayoutOf(m_feed), info.width, info.height, info.fullRange);
+    if (info.rate) {
+        m_rate = *info.rate;
+    } else if (!command.options.quiet) {
+        Say(command.input + ": names no frame rate; 25 frames per second are assumed.\n");
+    }
+}
+
+void CInput::Open(const Command& command) {
+    const Options& options = command.options;
+    const bool media = options.from == InputKind::Media;
+    if (media && command.input == "-") {
+        throw HostError(ExitCode::Usage, "--from media needs a file: the platform cannot decode a pipe.");
+    }
+    if (!media) {
+        m_reader = OpenReader(command.input);
+        m_stream = std::make_unique<CInputStream>(*m_reader);
+    }
+    const InputKind kind = options.from ? *options.from : options.raw ? InputKind::Raw : KindByContent(*m_stream);
+    switch (kind) {
+    case InputKind::Y4m:
+        m_source = OpenY4m(*m_stream);
+        break;
+    case InputKind::Avi:
+        m_source = OpenAvi(*m_stream);
+        break;
+    case InputKind::Raw:
+        m_source = OpenRaw(*m_stream, *options.raw);
+        break;
+    case InputKind::Media:
+        m_stream.reset();
+        m_reader.reset();
+        m_source = OpenMedia(command.input);
+        break;
+    }
+}
+
+bool CInput::Read(std::uint8_t* frame) {
+    try {
+        if (!m_source->Next()) {
+            return false;
+        }
+    } catch (const TruncatedError& error) {
+        if (!m_keepCutOff) {
+            throw;
+        }
+        Say(std::string(error.what()) + "\n");
+        return false;
+    }
+    const bool fieldChroma =
+        m_lines == LineSampling::Auto ? m_source->FieldChroma() : m_lines == LineSampling::Interlaced;
+    const ClipInfo& info = m_source->Info();
+    m_converter->Convert(m_source->Frame(), PackedFrame(m_feed, info.width, info.height, frame), fieldChroma);
+    return true;
+}
+
+} // namespace host

@@ -1,0 +1,83 @@
+#include "host/win/SavedSettings.h"
+
+#include <utility>
+
+namespace host {
+
+namespace {
+
+constexpr wchar_t kPath[] = L"SOFTWARE\\Nerin Systems\\MF\\Transforms\\Deinterlace";
+constexpr wchar_t kValue[] = L"Attributes";
+
+// The owner of a key of the current user; empty when it cannot be opened.
+class CUserKey {
+public:
+    CUserKey(const std::wstring& path, REGSAM access) {
+        if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, access, &m_key) != ERROR_SUCCESS) {
+            m_key = nullptr;
+        }
+    }
+    CUserKey(const CUserKey&) = delete;
+    CUserKey& operator=(const CUserKey&) = delete;
+    ~CUserKey() {
+        if (m_key) {
+            RegCloseKey(m_key);
+        }
+    }
+    explicit operator bool() const { return m_key != nullptr; }
+    HKEY Get() const { return m_key; }
+
+private:
+    HKEY m_key = nullptr;
+};
+
+std::vector<std::wstring> MissingKeys() {
+    std::vector<std::wstring> missing;
+    const std::wstring path = kPath;
+    for (std::size_t end = path.find(L'\\'); end != path.npos; end = path.find(L'\\', end + 1)) {
+        const std::wstring part = path.substr(0, path.find(L'\\', end + 1));
+        if (!CUserKey(part, KEY_READ)) {
+            missing.push_back(part);
+        }
+    }
+    return missing;
+}
+
+bool IsEmpty(const std::wstring& path) {
+    const CUserKey key(path, KEY_READ);
+    DWORD subkeys = 0;
+    DWORD values = 0;
+    return key &&
+           RegQueryInfoKeyW(key.Get(), nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, &values, nullptr, nullptr,
+                            nullptr, nullptr) == ERROR_SUCCESS &&
+           subkeys == 0 && values == 0;
+}
+
+} // namespace
+
+CSavedSettings::CSavedSettings()
+    : m_missingKeys(MissingKeys()) {
+    const CUserKey key(kPath, KEY_READ);
+    DWORD bytes = 0;
+    if (!key || RegQueryValueExW(key.Get(), kValue, nullptr, &m_type, nullptr, &bytes) != ERROR_SUCCESS) {
+        return;
+    }
+    m_value.resize(bytes);
+    m_hadValue = RegQueryValueExW(key.Get(), kValue, nullptr, &m_type, m_value.data(), &bytes) == ERROR_SUCCESS;
+    m_value.resize(bytes);
+}
+
+void CSavedSettings::PutBack() const {
+    if (const CUserKey key(kPath, KEY_READ | KEY_WRITE); key) {
+        if (m_hadValue) {
+            RegSetValueExW(key.Get(), kValue, 0, m_type, m_value.data(), static_cast<DWORD>(m_value.size()));
+        } else {
+            RegDeleteValueW(key.Get(), kValue);
+        }
+    }
+    for (auto path = m_missingKeys.rbegin(); path != m_missingKeys.rend() && IsEmpty(*path); ++path) {
+        RegDeleteKeyW(HKEY_CURRENT_USER, path->c_str());
+    }
+}
+
+} // namespace host

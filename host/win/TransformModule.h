@@ -1,0 +1,31 @@
+// Where the transform object comes from.
+#pragma once
+
+#include "host/parts/Options.h"
+
+#include <mftransform.h>
+#include <string>
+#include <windows.h>
+#include <wrl/client.h>
+
+namespace host {
+
+// Holds the DLL, when it was loaded by its path. Must outlive every object that it created.
+class CTransformModule {
+public:
+    CTransformModule() = default;
+    CTransformModule(const CTransformModule&) = delete;
+    CTransformModule& operator=(const CTransformModule&) = delete;
+    ~CTransformModule();
+
+    // As --dll and --registered say; with neither, from NMFVDeitrx.dll beside this program or else by class identifier.
+    // COM must be initialised. Throws HostError with ExitCode::Transform.
+    Microsoft::WRL::ComPtr<IMFTransform> Create(const Options& options);
+
+private:
+    Microsoft::WRL::ComPtr<IMFTransform> CreateFromFile(const std::wstring& path);
+
+    HMODULE m_module = nullptr;
+};
+
+} // namespace host

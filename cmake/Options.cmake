@@ -9,6 +9,10 @@ else()
   target_compile_options(nmfv_options INTERFACE -Wall -Wextra -Wshadow -Wformat=2
     -Wno-format-nonliteral -Wundef -Wvla -Wduplicated-cond -Wlogical-op -Wnull-dereference -Wunused)
   set(NMFV_FATAL -Werror)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # GCC 12 sees overlaps in string concatenations where there are none.
+    target_compile_options(nmfv_options INTERFACE -Wno-restrict)
+  endif()
 endif()
 if(NMFV_WARNINGS_FATAL)
   target_compile_options(nmfv_options INTERFACE ${NMFV_FATAL})

@@ -1,0 +1,100 @@
+// The default sets and how they are written.
+#include "settings/SettingsDefaults.h"
+#include "tests/support/CallHook.h"
+#include "tests/support/Transform.h"
+
+#include <mfapi.h>
+
+namespace {
+
+class Defaults : public TransformTest {};
+
+UINT32 ItemsOf(IMFAttributes* store) {
+    UINT32 items = 0;
+    store->GetCount(&items);
+    return items;
+}
+
+TEST_F(Defaults, NewObjectHasLevel2) {
+    VARIANT_BOOL merge = 0, automatic = 0, enabled = 0;
+    EXPECT_HR(S_OK, Control()->get_MergeFields(&merge));
+    EXPECT_HR(S_OK, Control()->get_AutoDeinterlace(&automatic));
+    EXPECT_HR(S_OK, Control()->get_Enabled(&enabled));
+    EXPECT_EQ(VARIANT_TRUE, merge);
+    EXPECT_EQ(1, automatic);
+    EXPECT_EQ(VARIANT_TRUE, enabled);
+}
+
+TEST_F(Defaults, ResetLeaves23Items) {
+    Control()->SetGlobalPattern(5, 6, 7, VARIANT_FALSE);
+    EXPECT_EQ(24u, ItemsOf(Store()));
+    for (const LONG level : {NMVDeinterlace_APILEVEL_1, NMVDeinterlace_APILEVEL_2}) {
+        EXPECT_HR(S_OK, Control()->ResetToDefaultsEx(level));
+        EXPECT_EQ(23u, ItemsOf(Store()));
+        LONG preamble = 9, ignore = 9, deinterlace = 9;
+        VARIANT_BOOL deintPreamble = 9;
+        EXPECT_HR(S_OK, Control()->GetGlobalPattern(&preamble, &ignore, &deinterlace, &deintPreamble));
+        EXPECT_EQ(0, preamble);
+        EXPECT_EQ(1, ignore);
+        EXPECT_EQ(1, deinterlace);
+        EXPECT_EQ(1, deintPreamble);
+        UINT32 merge = 9, automatic = 9;
+        Store()->GetUINT32(NMFV_DEINTERLACE_MERGE_FIELDS, &merge);
+        Store()->GetUINT32(NMFV_DEINTERLACE_AUTO_DEINTERLACE, &automatic);
+        EXPECT_EQ(static_cast<UINT32>(level), merge);
+        EXPECT_EQ(static_cast<UINT32>(level), automatic);
+    }
+}
+
+TEST_F(Defaults, PlainResetIsLevel1) {
+    EXPECT_HR(S_OK, Control()->ResetToDefaults());
+    VARIANT_BOOL merge = 9;
+    Control()->get_MergeFields(&merge);
+    EXPECT_EQ(VARIANT_FALSE, merge);
+}
+
+TEST_F(Defaults, OtherLevelsAreRefused) {
+    Control()->put_ROIRight(77);
+    for (const LONG level : {2l, -1l, LONG_MIN, LONG_MAX}) {
+        EXPECT_HR(E_INVALIDARG, Control()->ResetToDefaultsEx(level));
+    }
+    LONG right = 0;
+    Control()->get_ROIRight(&right);
+    EXPECT_EQ(77, right);
+}
+
+TEST_F(Defaults, ResetLeavesWhatIsNotInTheStore) {
+    Control()->AddSegment(0);
+    Control()->put_FrameRate(12.5);
+    Control()->put_ROISettingsImportState(VARIANT_TRUE);
+    EXPECT_HR(S_OK, Control()->ResetToDefaults());
+    LONG segments = 0;
+    double rate = 0;
+    VARIANT_BOOL imported = 0;
+    Control()->get_SegmentsCount(&segments);
+    Control()->get_FrameRate(&rate);
+    Control()->get_ROISettingsImportState(&imported);
+    EXPECT_EQ(1, segments);
+    EXPECT_EQ(12.5, rate);
+    EXPECT_EQ(VARIANT_TRUE, imported);
+}
+
+// Every write that fails ends the reset with its own result, and nothing is written after it.
+TEST_F(Defaults, ResetStopsAtTheFirstFailure) {
+    HookedStore store(Store());
+    store.hook.Fail("DeleteAllItems", E_ACCESSDENIED);
+    EXPECT_HR(E_ACCESSDENIED, ResetSettings(&store, NMVDeinterlace_APILEVEL_1));
+    EXPECT_EQ(0, store.hook.calls["SetUINT32"]);
+
+    for (int failing = 1; failing <= 24; ++failing) {
+        HookedStore faulty(Store());
+        int writes = 0;
+        faulty.hook.check = [&](const std::string& method, const GUID*) {
+            return method.starts_with("Set") && ++writes == failing ? E_OUTOFMEMORY : S_OK;
+        };
+        EXPECT_HR(E_OUTOFMEMORY, ResetSettings(&faulty, NMVDeinterlace_APILEVEL_2)) << "write " << failing;
+        EXPECT_EQ(failing, writes);
+    }
+}
+
+} // namespace

@@ -1,0 +1,176 @@
+// Settings that outlive the transform.
+#include "tests/support/SavedSettings.h"
+#include "tests/support/Transform.h"
+
+#include <mfapi.h>
+
+namespace {
+
+class Persistence : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(m_user.Active()); }
+
+    static void ExpectLevel2(TransformUnderTest& object) {
+        VARIANT_BOOL merge = 0, automatic = 0;
+        object.control->get_MergeFields(&merge);
+        object.control->get_AutoDeinterlace(&automatic);
+        EXPECT_EQ(VARIANT_TRUE, merge);
+        EXPECT_EQ(1, automatic);
+    }
+
+    PrivateRegistry m_user{HKEY_CURRENT_USER};
+};
+
+// A store in the platform's blob form.
+std::vector<BYTE> BlobOf(IMFAttributes* store) {
+    UINT32 size = 0;
+    MFGetAttributesAsBlobSize(store, &size);
+    std::vector<BYTE> blob(size);
+    MFGetAttributesAsBlob(store, blob.data(), size);
+    return blob;
+}
+
+TEST_F(Persistence, LastObjectGoneIsNextObjectsStart) {
+    TransformUnderTest first, second;
+    ASSERT_TRUE(first.Create());
+    ASSERT_TRUE(second.Create());
+    first.control->put_AutoDeinterlaceSensitivity(2.5);
+    first.control->put_ROIRight(123);
+    first.control->AddSegment(0);
+    first.control->put_FrameRate(12.0);
+    first.control->put_ROISettingsImportState(VARIANT_TRUE);
+    first.store->SetString(MF_MT_SUBTYPE, L"a pipeline's own");
+    second.Release();
+    EXPECT_FALSE(ReadSavedSettings().empty());
+    first.Release();
+
+    TransformUnderTest next;
+    ASSERT_TRUE(next.Create());
+    double sensitivity = 0, rate = 0;
+    LONG right = 0, segments = 9;
+    VARIANT_BOOL imported = 9;
+    next.control->get_AutoDeinterlaceSensitivity(&sensitivity);
+    next.control->get_ROIRight(&right);
+    next.control->get_SegmentsCount(&segments);
+    next.control->get_FrameRate(&rate);
+    next.control->get_ROISettingsImportState(&imported);
+    EXPECT_EQ(2.5, sensitivity);
+    EXPECT_EQ(123, right);
+    EXPECT_EQ(0, segments);
+    EXPECT_EQ(30.0, rate);
+    EXPECT_EQ(VARIANT_FALSE, imported);
+    UINT32 length = 0;
+    EXPECT_HR(S_OK, next.store->GetStringLength(MF_MT_SUBTYPE, &length)); // a foreign item travels along
+}
+
+TEST_F(Persistence, ResetStoreSavesAs23Items) {
+    TransformUnderTest object;
+    ASSERT_TRUE(object.Create());
+    EXPECT_HR(S_OK, object.control->ResetToDefaults());
+    EXPECT_HR(S_OK, object.control->SaveAttributes());
+    CComRef<IMFAttributes> saved;
+    ASSERT_HR(S_OK, MFCreateAttributes(saved.Put(), 0));
+    const std::vector<BYTE> blob = ReadSavedSettings();
+    ASSERT_HR(S_OK, MFInitAttributesFromBlob(saved.Get(), blob.data(), static_cast<UINT>(blob.size())));
+    UINT32 items = 0;
+    saved->GetCount(&items);
+    EXPECT_EQ(23u, items);
+
+    TransformUnderTest other;
+    ASSERT_TRUE(other.Create());
+    VARIANT_BOOL merge = 9, automatic = 9;
+    other.control->get_MergeFields(&merge);
+    other.control->get_AutoDeinterlace(&automatic);
+    EXPECT_EQ(VARIANT_FALSE, merge);
+    EXPECT_EQ(0, automatic);
+}
+
+// Nothing saved, or something that is no blob at all: the object has its defaults, a later load changes nothing.
+TEST_F(Persistence, MissingOrForeignValuesAreNoError) {
+    const std::vector<BYTE> text = {'a', 'b', 0};
+    const std::vector<BYTE> number = {1, 0, 0, 0};
+    const struct {
+        const char* name;
+        bool key;
+        DWORD type;
+        const std::vector<BYTE>* bytes;
+    } kRows[] = {{"no key", false, 0, nullptr},
+                 {"no value", true, 0, nullptr},
+                 {"a string", true, REG_SZ, &text},
+                 {"a number", true, REG_DWORD, &number}};
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.name);
+        ForgetSavedSettings();
+        if (row.key) {
+            WriteSavedSettings(REG_SZ, text);
+            RegDeleteKeyValueA(HKEY_CURRENT_USER, kSettingsKey, row.bytes ? "" : kSettingsValue);
+        }
+        if (row.bytes) {
+            WriteSavedSettings(row.type, *row.bytes);
+        }
+        TransformUnderTest object;
+        ASSERT_TRUE(object.Create());
+        ExpectLevel2(object);
+        object.control->put_ROIRight(55);
+        EXPECT_HR(S_OK, object.control->LoadAttributes());
+        LONG right = 0;
+        object.control->get_ROIRight(&right);
+        EXPECT_EQ(55, right);
+    }
+}
+
+TEST_F(Persistence, CorruptBlobsFallBackToLevel2) {
+    TransformUnderTest object;
+    ASSERT_TRUE(object.Create());
+    std::vector<BYTE> good = BlobOf(object.store.Get());
+    std::vector<std::vector<BYTE>> blobs = {{}, {1}, {0xDE, 0xAD, 0xBE, 0xEF, 1, 2, 3}};
+    blobs.emplace_back(good.begin(), good.begin() + 20);
+    blobs.emplace_back(good.begin(), good.end() - 9);
+    for (const std::vector<BYTE>& blob : blobs) {
+        SCOPED_TRACE(blob.size());
+        object.control->ResetToDefaults();
+        WriteSavedSettings(REG_BINARY, blob);
+        EXPECT_TRUE(FAILED(object.control->LoadAttributes()));
+        ExpectLevel2(object);
+        TransformUnderTest other; // a new object is made all the same
+        ASSERT_TRUE(other.Create());
+        ExpectLevel2(other);
+        other.Release();
+    }
+}
+
+// Keys of types that nobody expects: every reader takes them as 0, and the frame path never fails for them.
+TEST_F(Persistence, BlobWithForeignTypesReadsAsZero) {
+    CComRef<IMFAttributes> forged;
+    ASSERT_HR(S_OK, MFCreateAttributes(forged.Put(), 0));
+    forged->SetString(NMFV_DEINTERLACE_ENABLED, L"yes");
+    forged->SetDouble(NMFV_DEINTERLACE_ROI_RIGHT, 3.0);
+    forged->SetUINT32(NMFV_DEINTERLACE_AUTO_SENSITIVITY, 7);
+    WriteSavedSettings(REG_BINARY, BlobOf(forged.Get()));
+    TransformUnderTest object;
+    ASSERT_TRUE(object.Create());
+    VARIANT_BOOL enabled = 9;
+    LONG right = 9;
+    double sensitivity = 9;
+    object.control->get_Enabled(&enabled);
+    object.control->get_ROIRight(&right);
+    object.control->get_AutoDeinterlaceSensitivity(&sensitivity);
+    EXPECT_EQ(VARIANT_FALSE, enabled);
+    EXPECT_EQ(0, right);
+    EXPECT_EQ(0.0, sensitivity);
+    UINT32 items = 0;
+    object.store->GetCount(&items);
+    EXPECT_EQ(3u, items); // the blob replaces all items
+}
+
+TEST_F(Persistence, SaveReportsTheRegistrysError) {
+    TransformUnderTest object;
+    ASSERT_TRUE(object.Create());
+    m_user.Delete(); // nothing can be made below a key that is gone
+    const HRESULT hr = object.control->SaveAttributes();
+    EXPECT_TRUE(FAILED(hr));
+    EXPECT_EQ(FACILITY_WIN32, HRESULT_FACILITY(hr)) << Hr{hr};
+    EXPECT_HR(S_OK, object.control->LoadAttributes());
+}
+
+} // namespace

@@ -1,0 +1,39 @@
+// A registry of the test program's own: what is written below HKEY_CURRENT_USER or HKEY_CLASSES_ROOT while this lives
+// lands in a key that nobody else sees and that goes with this, so programs may run side by side.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include <windows.h>
+
+class PrivateRegistry {
+public:
+    explicit PrivateRegistry(HKEY root)
+        : m_root(root) {
+        char name[64];
+        std::snprintf(name, sizeof(name), "Software\\NMFVTest.%lu.%p", GetCurrentProcessId(), static_cast<void*>(root));
+        m_path = name;
+        RegCreateKeyExA(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &m_key, nullptr);
+        m_active = m_key && RegOverridePredefKey(root, m_key) == ERROR_SUCCESS;
+    }
+    PrivateRegistry(const PrivateRegistry&) = delete;
+    PrivateRegistry& operator=(const PrivateRegistry&) = delete;
+    ~PrivateRegistry() {
+        RegOverridePredefKey(m_root, nullptr);
+        RegCloseKey(m_key);
+        RegDeleteTreeA(HKEY_CURRENT_USER, m_path.c_str());
+    }
+
+    // Takes the key away from under the root: every access fails from then on.
+    void Delete() { RegDeleteKeyA(m_key, ""); }
+
+    // False when the platform refused; tests must then not go on.
+    bool Active() const { return m_active; }
+
+private:
+    HKEY m_root;
+    HKEY m_key = nullptr;
+    std::string m_path;
+    bool m_active = false;
+};

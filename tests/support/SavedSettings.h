@@ -1,0 +1,30 @@
+// The saved settings value as tests see and forge it.
+#pragma once
+
+#include "settings/SettingsBlob.h"
+
+#include <vector>
+
+#include <windows.h>
+
+inline void WriteSavedSettings(DWORD type, const std::vector<BYTE>& bytes) {
+    HKEY key = nullptr;
+    RegCreateKeyExA(HKEY_CURRENT_USER, kSettingsKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
+    RegSetValueExA(key, kSettingsValue, 0, type, bytes.data(), static_cast<DWORD>(bytes.size()));
+    RegCloseKey(key);
+}
+
+// Empty when there is none.
+inline std::vector<BYTE> ReadSavedSettings() {
+    DWORD size = 0;
+    if (RegGetValueA(HKEY_CURRENT_USER, kSettingsKey, kSettingsValue, RRF_RT_REG_BINARY, nullptr, nullptr, &size)) {
+        return {};
+    }
+    std::vector<BYTE> bytes(size);
+    RegGetValueA(HKEY_CURRENT_USER, kSettingsKey, kSettingsValue, RRF_RT_REG_BINARY, nullptr, bytes.data(), &size);
+    return bytes;
+}
+
+inline void ForgetSavedSettings() {
+    RegDeleteTreeA(HKEY_CURRENT_USER, kSettingsKey);
+}

@@ -1,0 +1,50 @@
+// A transform made by the module's class factory, with all its interfaces, in a registry of its own.
+#pragma once
+
+#include "com/ComRef.h"
+#include "server/ClassFactory.h"
+#include "tests/support/ComChecks.h"
+#include "tests/support/PrivateRegistry.h"
+
+#include "NMFVDeinterlace.h"
+#include "NMFVDeinterlaceKeys.h"
+
+#include <mftransform.h>
+#include <ocidl.h>
+
+struct TransformUnderTest {
+    // False when anything of it failed.
+    bool Create() {
+        CComRef<IClassFactory> factory;
+        return SUCCEEDED(GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, factory.PutVoid())) &&
+               SUCCEEDED(factory->CreateInstance(nullptr, IID_IMFTransform, transform.PutVoid())) &&
+               SUCCEEDED(transform->QueryInterface(IID_INMFVDeinterlace, control.PutVoid())) &&
+               SUCCEEDED(transform->GetAttributes(store.Put()));
+    }
+
+    void Release() {
+        store.Reset();
+        control.Reset();
+        transform.Reset();
+    }
+
+    CComRef<IMFTransform> transform;
+    CComRef<INMFVDeinterlace> control;
+    CComRef<IMFAttributes> store;
+};
+
+// The common fixture: no saved settings, one transform with its defaults.
+class TransformTest : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_user.Active());
+        ASSERT_TRUE(m_object.Create());
+    }
+
+    IMFTransform* Mft() { return m_object.transform.Get(); }
+    INMFVDeinterlace* Control() { return m_object.control.Get(); }
+    IMFAttributes* Store() { return m_object.store.Get(); }
+
+    PrivateRegistry m_user{HKEY_CURRENT_USER};
+    TransformUnderTest m_object;
+};

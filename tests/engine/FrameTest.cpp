@@ -1,0 +1,335 @@
+// Whole frames and regions: the engine's placing and line driver together, as the frame driver joins them, against the
+// rules written out.
+#include "engine/DeinterlaceLines.h"
+#include "engine/FrameRegion.h"
+#include "engine/RowBlends.h"
+#include "tests/support/GuardedBlocks.h"
+#include "tests/support/OraclePixels.h"
+#include "tests/support/RandomBytes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <ostream>
+#include <span>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct Method {
+    const char* name;
+    bool even, merge, averaging;
+};
+
+constexpr Method kMethods[] = {
+    {"keep odd", false, false, true},
+    {"keep even", true, false, true},
+    {"merge", true, true, true},
+    {"keep even, no levels", true, false, false},
+    {"merge, no levels", false, true, false},
+};
+
+struct FrameCase {
+    FrameShape shape;
+    Method method;
+    bool useRegion = false;
+    Region region;
+};
+
+std::ostream& operator<<(std::ostream& out, const FrameCase& c) {
+    out << c.shape.width << "x" << c.shape.height << " of " << c.shape.bits << " bits "
+        << (c.shape.topDown ? "top-down " : "bottom-up ") << c.method.name;
+    if (c.useRegion) {
+        out << " region " << c.region.left << "," << c.region.top << "," << c.region.right << "," << c.region.bottom;
+    }
+    return out << " seed=" << TestSeed();
+}
+
+FrameShape ShapeOf(std::int32_t width, std::int32_t height, std::int32_t bits, bool topDown) {
+    return {width, height, bits, StrideBytes(bits, width), topDown};
+}
+
+// What the frame driver does with a frame that is to be deinterlaced.
+void Deinterlace(const FrameCase& c, const std::uint8_t* in, std::uint8_t* out) {
+    if (c.useRegion) {
+        std::memmove(out, in, static_cast<std::size_t>(c.shape.Bytes()));
+    }
+    const ProcessedArea area = c.useRegion ? PlaceRegion(c.shape, c.region) : WholeFrame(c.shape);
+    DeinterlaceLines(in + area.offset, out + area.offset, c.method.even ? 0 : 1, c.method.averaging, c.method.merge,
+                     area.width, area.rows, c.shape.bits, c.shape.stride, c.useRegion);
+}
+
+void Expected(const FrameCase& c, const std::uint8_t* in, std::uint8_t* out) {
+    const OracleFrame frame{c.shape.width, c.shape.height, c.shape.bits, c.shape.topDown};
+    const OracleOptions options{c.method.even, c.method.merge, c.method.averaging, c.useRegion,
+                                c.region.left, c.region.top,   c.region.right,     c.region.bottom};
+    OracleDeinterlace(frame, options, in, out);
+}
+
+// An input and an output frame, each between closed pages.
+class FramePair {
+public:
+    explicit FramePair(std::size_t mostBytes)
+        : m_blocks(2, mostBytes)
+        , m_random(TestSeed()) {}
+
+    RandomBytes& Random() { return m_random; }
+
+    // New contents for frames of a shape, against the closed page in front of them or behind them.
+    void Fill(const FrameShape& shape, bool atEnd) {
+        const auto bytes = static_cast<std::size_t>(shape.Bytes());
+        m_in = {atEnd ? m_blocks.AtEnd(0, bytes) : m_blocks.AtStart(0), bytes};
+        m_out = {atEnd ? m_blocks.AtEnd(1, bytes) : m_blocks.AtStart(1), bytes};
+        m_random.Fill(m_in);
+        m_before.assign(bytes, 0);
+        m_random.Fill(m_before);
+    }
+
+    testing::AssertionResult Matches(const FrameCase& c) {
+        Bytes want = m_before;
+        Expected(c, m_in.data(), want.data());
+        std::ranges::copy(m_before, m_out.begin());
+        Deinterlace(c, m_in.data(), m_out.data());
+        const auto at = std::ranges::mismatch(want, m_out).in1 - want.begin();
+        if (at == static_cast<std::ptrdiff_t>(want.size())) {
+            return testing::AssertionSuccess();
+        }
+        return testing::AssertionFailure()
+               << c << ": row " << at / c.shape.stride << " byte " << at % c.shape.stride << " differs";
+    }
+
+private:
+    GuardedBlocks m_blocks;
+    RandomBytes m_random;
+    std::span<std::uint8_t> m_in;
+    std::span<std::uint8_t> m_out;
+    Bytes m_before;
+};
+
+TEST(Frames, FormatsAndOddSizes) {
+    FramePair frames(200 * 4 * 9);
+    for (const std::int32_t bits : {8, 16, 24, 32}) {
+        for (const std::int32_t width : {1, 2, 3, 5, 6, 8, 11, 16, 17, 33, 65, 131}) {
+            for (const std::int32_t height : {1, 2, 3, 4, 5, 8, 9}) {
+                for (const bool topDown : {false, true}) {
+                    const FrameShape shape = ShapeOf(width, height, bits, topDown);
+                    ASSERT_TRUE(shape.IsProcessable());
+                    frames.Fill(shape, !topDown);
+                    for (const Method& method : kMethods) {
+                        ASSERT_TRUE(frames.Matches({shape, method, false, {}}));
+                        ASSERT_TRUE(frames.Matches({shape, method, true, {0, 0, width, height}}));
+                    }
+                }
+            }
+        }
+    }
+}
+
+// All edges from two before a small frame to two behind it: inside, cut, empty, inverted and outside.
+TEST(Frames, EverySmallRegion) {
+    constexpr std::int32_t kWidth = 6;
+    constexpr std::int32_t kHeight = 5;
+    FramePair frames(4096);
+    for (const std::int32_t bits : {8, 16, 24}) {
+        for (const bool topDown : {false, true}) {
+            const FrameShape shape = ShapeOf(kWidth, kHeight, bits, topDown);
+            frames.Fill(shape, topDown);
+            FrameCase c{shape, {}, true, {}};
+            for (c.region.left = -2; c.region.left <= kWidth + 2; ++c.region.left) {
+                for (c.region.right = -2; c.region.right <= kWidth + 2; ++c.region.right) {
+                    for (c.region.top = -2; c.region.top <= kHeight + 2; ++c.region.top) {
+                        for (c.region.bottom = -2; c.region.bottom <= kHeight + 2; ++c.region.bottom) {
+                            for (int method = 0; method < 3; ++method) {
+                                c.method = kMethods[method];
+                                ASSERT_TRUE(frames.Matches(c));
+                            }
+                        }
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(Frames, WildRegionsStayInTheFrame) {
+    FramePair frames(64 * 4 * 16);
+    RandomBytes& random = frames.Random();
+    for (int turn = 0; turn < 30'000; ++turn) {
+        constexpr std::int32_t kDepths[] = {8, 16, 24, 32};
+        const FrameShape shape =
+            ShapeOf(1 + random.Below(64), 1 + random.Below(16), kDepths[random.Below(4)], random.Below(2) != 0);
+        frames.Fill(shape, random.Below(2) != 0);
+        const Region region{random.Edge(shape.width), random.Edge(shape.height), random.Edge(shape.width),
+                            random.Edge(shape.height)};
+        ASSERT_TRUE(frames.Matches({shape, kMethods[random.Below(5)], true, region}));
+    }
+}
+
+// Frames far too large to make: the area must lie within them.
+TEST(Frames, WildShapesAreRefusedOrHoldTheirArea) {
+    RandomBytes random(TestSeed());
+    int processable = 0;
+    for (int turn = 0; turn < 200'000; ++turn) {
+        constexpr std::int32_t kDepths[] = {1, 4, 8, 16, 24, 32, INT_MAX, -8};
+        const std::int32_t bits = kDepths[random.Below(8)];
+        const auto size = [&] { return static_cast<std::int32_t>(random.Any()) >> random.Below(31); };
+        const FrameShape shape = ShapeOf(size(), size(), bits, random.Below(2) != 0);
+        const OracleFrame real{shape.width, shape.height, bits, false};
+        const bool fits = shape.width > 0 && shape.height > 0 && bits > 0 && real.Stride() <= INT_MAX &&
+                          real.bits * real.width + 31 <= UINT_MAX && real.Bytes() <= INT_MAX;
+        ASSERT_EQ(fits, shape.IsProcessable()) << shape.width << "x" << shape.height << " of " << bits;
+        if (!fits) {
+            continue;
+        }
+        ++processable;
+        const Region region{random.Edge(shape.width), random.Edge(shape.height), random.Edge(shape.width),
+                            random.Edge(shape.height)};
+        const ProcessedArea area = PlaceRegion(shape, region);
+        const FrameCase c{shape, kMethods[0], true, region};
+        ASSERT_GE(area.offset, 0) << c;
+        ASSERT_LE(area.offset % shape.stride + std::int64_t{area.width} * bits / 8, shape.stride) << c;
+        ASSERT_LE(area.offset / shape.stride + std::int64_t{area.rows}, shape.height) << c;
+    }
+    EXPECT_GT(processable, 10'000);
+}
+
+TEST(Frames, RegionsOfPixelPairs) {
+    const FrameShape shape = ShapeOf(720, 480, 16, false);
+    constexpr struct {
+        Region region;
+        ProcessedArea area;
+    } kCases[] = {
+        {{5, 0, 10, 480}, {8, 6, 480}},
+        {{6, 0, 7, 1}, {479 * 1440 + 12, 2, 1}},
+        {{7, 10, 8, 20}, {460 * 1440 + 12, 2, 10}},
+        {{719, 479, 720, 480}, {1436, 2, 1}},
+        {{5, 0, 5, 480}, {0, 0, 0}},
+        {{INT_MIN, INT_MIN, INT_MAX, INT_MAX}, {0, 720, 480}},
+        {{INT_MAX, 0, INT_MIN, 480}, {0, 0, 0}},
+    };
+    for (const auto& c : kCases) {
+        const ProcessedArea area = PlaceRegion(shape, c.region);
+        EXPECT_TRUE(area.offset == c.area.offset && area.width == c.area.width && area.rows == c.area.rows)
+            << FrameCase{shape, kMethods[0], true, c.region} << ": " << area.offset << " " << area.width << " "
+            << area.rows;
+    }
+}
+
+// Columns of one byte per row, as they come out of a frame 4 pixels wide at 8 bits.
+TEST(Frames, RowsByExample) {
+    const struct {
+        Method method;
+        Bytes rows, expected;
+    } kCases[] = {
+        {kMethods[2], {7}, {7}},
+        {kMethods[1], {7, 90}, {7, 90}},
+        {kMethods[1], {10, 99, 21}, {10, 15, 21}},
+        {kMethods[0], {10, 99, 21}, {10, 99, 21}},
+        {kMethods[0], {1, 2, 3, 5, 9}, {1, 2, 3, 5, 9}},
+        {kMethods[0], {1, 2, 77, 5, 9}, {1, 2, 3, 5, 9}},
+        {kMethods[1], {1, 77, 4, 77, 9, 77}, {1, 2, 4, 6, 9, 77}},
+        {kMethods[2], {0, 0, 0, 200, 200, 200}, {0, 0, 50, 150, 200, 200}},
+        {kMethods[3], {0, 9, 200, 7, 3}, {0, 9, 200, 7, 3}},
+        {kMethods[4], {0, 9, 200, 7, 3}, {0, 9, 200, 7, 3}},
+    };
+    for (const auto& c : kCases) {
+        const FrameShape shape = ShapeOf(4, static_cast<std::int32_t>(c.rows.size()), 8, false);
+        Bytes in;
+        Bytes want;
+        for (std::size_t y = 0; y < c.rows.size(); ++y) {
+            in.insert(in.end(), 4, c.rows[y]);
+            want.insert(want.end(), 4, c.expected[y]);
+        }
+        Bytes out(in.size(), 0xEE);
+        const FrameCase frame{shape, c.method, false, {}};
+        Deinterlace(frame, in.data(), out.data());
+        EXPECT_EQ(want, out) << frame << " example " << &c - kCases;
+    }
+}
+
+// 3 pixels of 24 bits: 9 bytes of each 12 are pixels.
+TEST(Frames, PaddingIsCombinedNotCopied) {
+    const FrameShape shape = ShapeOf(3, 3, 24, false);
+    Bytes in(36);
+    std::fill_n(in.begin(), 12, std::uint8_t{10});
+    std::fill_n(in.begin() + 12, 12, std::uint8_t{70});
+    std::fill_n(in.begin() + 24, 12, std::uint8_t{30});
+    for (const bool useRegion : {false, true}) {
+        for (const Method& method : {kMethods[1], kMethods[2]}) {
+            Bytes out(36, 0xEE);
+            Deinterlace({shape, method, useRegion, {0, 0, 3, 3}}, in.data(), out.data());
+            const int combined = method.merge ? 45 : 20;
+            EXPECT_EQ(10, out[8]);
+            EXPECT_EQ(combined, out[20]);
+            // With a region the whole frame was copied first and the padding is the input's.
+            EXPECT_EQ(useRegion ? 10 : 0xEE, out[9]) << "padding of a copied row";
+            EXPECT_EQ(useRegion ? 70 : combined, out[21]) << "padding of a combined row";
+            EXPECT_EQ(useRegion ? 30 : 0xEE, out[35]);
+        }
+    }
+}
+
+// The frames are one and the same, or one row apart.
+TEST(Frames, OverlappingFramesAreWrittenRowByRow) {
+    RandomBytes random(TestSeed());
+    for (const std::int32_t width : {3, 9, 40}) {
+        for (const Method& method : kMethods) {
+            for (const int rowsApart : {0, 1, -1}) {
+                const FrameShape shape = ShapeOf(width, 7, 24, false);
+                Bytes got(static_cast<std::size_t>(shape.stride) * 9);
+                random.Fill(got);
+                Bytes want = got;
+                const FrameCase c{shape, method, false, {}};
+                const std::ptrdiff_t in = shape.stride;
+                const std::ptrdiff_t out = in + rowsApart * in;
+                Expected(c, want.data() + in, want.data() + out);
+                Deinterlace(c, got.data() + in, got.data() + out);
+                ASSERT_EQ(want, got) << c << " rows apart " << rowsApart;
+            }
+        }
+    }
+}
+
+// A row written over one of its sources, from any distance: as if byte after byte.
+TEST(Rows, OverlapReadsWhatIsWrittenAlready) {
+    constexpr std::ptrdiff_t kRow = 100; // from one source to the next
+    RandomBytes random(TestSeed());
+    for (const std::int32_t bytes : {1, 2, 7, 16, 31, 33, 70}) {
+        for (std::ptrdiff_t out = 0; out < 4 * kRow; ++out) {
+            Bytes start(5 * kRow);
+            random.Fill(start);
+            Bytes blended = start;
+            Bytes averaged = start;
+            for (std::ptrdiff_t i = 0; i < bytes; ++i) {
+                const auto at = [&](const Bytes& b, int row) {
+                    return b[static_cast<std::size_t>(row * kRow + 50 + i)];
+                };
+                const auto to = static_cast<std::size_t>(out + i);
+                blended[to] = static_cast<std::uint8_t>((at(blended, 0) + 2 * at(blended, 1) + at(blended, 2)) / 4);
+                averaged[to] = static_cast<std::uint8_t>((at(averaged, 0) + at(averaged, 2)) / 2);
+            }
+            Bytes got = start;
+            const auto row = [&](int index) { return got.data() + index * kRow + 50; };
+            BlendLines121(got.data() + out, row(0), row(1), row(2), bytes);
+            ASSERT_EQ(blended, got) << "blend to " << out << " bytes " << bytes << " seed=" << TestSeed();
+            got = start;
+            AverageLines(got.data() + out, row(0), row(2), bytes);
+            ASSERT_EQ(averaged, got) << "average to " << out << " bytes " << bytes << " seed=" << TestSeed();
+        }
+    }
+}
+
+TEST(Rows, NothingHappensForNoBytes) {
+    for (const std::int32_t bytes : {0, -1, INT_MIN}) {
+        std::uint8_t out = 9;
+        BlendLines121(&out, nullptr, nullptr, nullptr, bytes);
+        AverageLines(&out, nullptr, nullptr, bytes);
+        EXPECT_EQ(9, out);
+    }
+}
+
+} // namespace

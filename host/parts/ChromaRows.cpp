@@ -7,7 +7,7 @@ namespace host {
 
 namespace {
 
-// A row outside the picture is replaced by the last one inside that `step` leads to.
+// A row outside the picture gives way to the nearest one inside.
 int Inside(int row, int near, int chromaRows) {
     return row < 0 || row >= chromaRows ? near : row;
 }
@@ -22,8 +22,9 @@ ChromaTap TapFor420(int lumaRow, int chromaRows, bool fieldWise) {
     }
     const int field = lumaRow & 1;
     int near = (lumaRow / 4) * 2 + field;
-    if (near >= chromaRows) {
-        near = std::max(near - 2, 0); // an odd number of chroma rows: the bottom field has one less
+    if (near >= chromaRows) { // an odd number of chroma rows: the bottom field has one less
+        near = std::max(near - 2, 0);
+        return {near, near, 8, 0};
     }
     const int far = Inside(near + (second ? 2 : -2), near, chromaRows);
     const bool close = second == (field != 0);

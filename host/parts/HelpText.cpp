@@ -7,9 +7,10 @@ namespace {
 constexpr std::string_view kIntroduction =
     "nmfvdeint - sends video through the NMFVDeitrx deinterlacing transform\n"
     "\n"
-    "An interlaced frame holds two moments: its even rows show one, its odd rows the next. Where something moves,\n"
-    "a computer screen then shows combs. This program takes uncompressed video from a file or a pipe, lets the\n"
-    "transform remove the combs, and writes as many frames of the same size.\n"
+    "An interlaced frame holds two moments: its even rows show one, its odd rows\n"
+    "the next. Where something moves, a computer screen then shows combs. This\n"
+    "program takes uncompressed video from a file or a pipe, lets the transform\n"
+    "remove the combs, and writes as many frames of the same size.\n"
     "\n"
     "Usage:\n";
 
@@ -20,14 +21,15 @@ constexpr std::string_view kExamples =
     "  nmfvdeint capture.avi clean.avi --method rebuild --mode all\n"
     "  nmfvdeint clip.y4m --to none --still 120 before-after.png\n"
     "  nmfvdeint analyse clip.y4m\n"
-    "  ffmpeg -i tape.mpg -pix_fmt yuv422p -f yuv4mpegpipe - | nmfvdeint - - --sensitivity 0.3 |\n"
-    "    ffmpeg -i - -c:v libx264 clean.mp4\n"
+    "  ffmpeg -i tape.mpg -pix_fmt yuv422p -f yuv4mpegpipe - |\n"
+    "    nmfvdeint - - --sensitivity 0.3 | ffmpeg -i - -c:v libx264 clean.mp4\n"
     "\n"
     "Pipes and formats:\n"
-    "  \"-\" is standard input or output. Y4M may be 4:2:0, 4:2:2, 4:4:4 or mono of 8 bits; what comes out is 4:2:2,\n"
-    "  or 4:4:4 when the transform was fed rgb24 or iyu2, and is marked progressive. The rows of raw frames, and\n"
-    "  --even and --odd, count as they lie in memory; --roi and --protect count from the picture's top left corner.\n"
-    "  Outputs are written under a temporary name beside OUTPUT and renamed when they are whole.\n"
+    "  \"-\" is standard input or output. Y4M may be 4:2:0, 4:2:2, 4:4:4 or mono of\n"
+    "  8 bits; what comes out is 4:2:2, or 4:4:4 when the transform was fed rgb24 or\n"
+    "  iyu2, and is marked progressive. --even, --odd and raw frames go by the rows\n"
+    "  as they lie in memory; --roi and --protect by the picture's top left corner.\n"
+    "  An output gets its name when it is whole; until then it is OUTPUT.*.part.\n"
     "\n"
     "Exit codes:\n"
     "  0 done   1 command line   2 input   3 output   4 transform   5 interrupted\n";
@@ -39,7 +41,7 @@ std::string HelpText(std::span<const VerbRow> verbs) {
     for (const VerbRow& verb : verbs) {
         const std::string name = &verb == verbs.data() ? "" : std::string(verb.name) + " ";
         const std::string usage = "  nmfvdeint " + name + std::string(verb.arguments) + " [options]";
-        text += usage + "\n      " + std::string(verb.help) + "\n";
+        text += usage + "\n      " + WrapHelp(verb.help, 6);
     }
     text += DescribeOptions(AllOptions());
     return text + std::string(kExamples);

@@ -60,25 +60,6 @@ std::string TakeValue(const OptionRow& row, std::span<const std::string> argumen
     return value;
 }
 
-// Appends words, breaking lines before kHelpWidth.
-void AppendWrapped(std::string& out, std::string_view text) {
-    std::size_t column = kHelpColumn;
-    while (!text.empty()) {
-        const std::string_view word = text.substr(0, text.find(' '));
-        text.remove_prefix(std::min(text.size(), word.size() + 1));
-        if (column + word.size() > kHelpWidth) {
-            out += "\n" + std::string(kHelpColumn, ' ');
-            column = kHelpColumn;
-        } else if (column != kHelpColumn) {
-            out += ' ';
-            ++column;
-        }
-        out += word;
-        column += word.size();
-    }
-    out += '\n';
-}
-
 } // namespace
 
 std::string_view NearMiss(std::string_view word, std::span<const std::string_view> candidates) {
@@ -124,6 +105,25 @@ std::vector<std::string> ReadOptions(std::span<const OptionRow> rows, std::span<
     return plain;
 }
 
+std::string WrapHelp(std::string_view text, std::size_t indent) {
+    std::string out;
+    std::size_t column = indent;
+    while (!text.empty()) {
+        const std::string_view word = text.substr(0, text.find(' '));
+        text.remove_prefix(std::min(text.size(), word.size() + 1));
+        if (column + word.size() > kHelpWidth) {
+            out += "\n" + std::string(indent, ' ');
+            column = indent;
+        } else if (column != indent) {
+            out += ' ';
+            ++column;
+        }
+        out += word;
+        column += word.size();
+    }
+    return out + '\n';
+}
+
 std::string DescribeOptions(std::span<const OptionRow> rows) {
     std::string out;
     std::string_view group;
@@ -141,7 +141,7 @@ std::string DescribeOptions(std::span<const OptionRow> rows) {
         } else {
             out += head + std::string(kHelpColumn - head.size(), ' ');
         }
-        AppendWrapped(out, row.help);
+        out += WrapHelp(row.help, kHelpColumn);
     }
     return out;
 }

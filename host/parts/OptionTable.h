@@ -30,6 +30,10 @@ std::vector<std::string> ReadOptions(std::span<const OptionRow> rows, std::span<
 // The candidate that is at most two slips (a letter more, less, other, or two swapped) away; empty when none is.
 std::string_view NearMiss(std::string_view word, std::span<const std::string_view> candidates);
 
+// The text in lines of at most 79 columns, all but the first of which are preceded by `indent` blanks; ends with a line
+// end. The first line is to be appended to `indent` columns of other text.
+std::string WrapHelp(std::string_view text, std::size_t indent);
+
 // The help's list of options, grouped in the table's order.
 std::string DescribeOptions(std::span<const OptionRow> rows);
 

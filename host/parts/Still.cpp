@@ -46,6 +46,16 @@ private:
     std::vector<std::uint8_t> m_part;
 };
 
+// Where windows begin along a side: every half window, and at the far end.
+std::vector<int> Places(int side, int window) {
+    std::vector<int> places;
+    for (int at = 0; at + window < side; at += std::max(Even(window / 2), 2)) {
+        places.push_back(at);
+    }
+    places.push_back(Even(side - window));
+    return places;
+}
+
 void CopyPicture(Image& image, int x, int y, const FrameView& picture) {
     for (int row = 0; row < picture.height; ++row) {
         std::memcpy(image.At(x, y + row), picture.Row(0, row), std::size_t(3) * std::size_t(picture.width));
@@ -69,12 +79,10 @@ Window MostCombedWindow(Pixels pixels, int width, int height, const std::uint8_t
     best.height = std::min(height, std::max(Even(best.width * 9 / 16), kLeastWindow / 2));
     best.x = Even((width - best.width) / 2);
     best.y = (height - best.height) / 2;
-    const int stepX = std::max(Even(best.width / 2), 2);
-    const int stepY = std::max(best.height / 2, 1);
     CWindowCounter counter(pixels, PackedFrame(pixels, width, height, frame), best.width, best.height);
     std::uint32_t most = 0;
-    for (int y = 0; y + best.height <= height; y += stepY) {
-        for (int x = 0; x + best.width <= width; x += stepX) {
+    for (const int y : Places(height, best.height)) {
+        for (const int x : Places(width, best.width)) {
             const std::uint32_t count = counter.CountAt(x, y);
             if (count > most) {
                 most = count;

@@ -99,6 +99,7 @@ private:
         switch (error) {
         case ERROR_BROKEN_PIPE:
         case ERROR_NO_DATA:
+        case ERROR_PIPE_NOT_CONNECTED:
             Fail(ExitCode::Output, m_name + ": the program that reads it has ended" + at + ".");
         case ERROR_DISK_FULL:
         case ERROR_HANDLE_DISK_FULL:

@@ -1,0 +1,243 @@
+#include "host/parts/AviSource.h"
+#include "host/parts/FrameSink.h"
+#include "tests/host/MemoryStreams.h"
+
+#include <cstring>
+#include <random>
+
+namespace host {
+namespace {
+
+std::uint32_t Word32(const Bytes& bytes, std::size_t at) {
+    std::uint32_t value = 0;
+    std::memcpy(&value, bytes.data() + at, sizeof value);
+    return value;
+}
+
+std::uint64_t Word64(const Bytes& bytes, std::size_t at) {
+    return Word32(bytes, at) | std::uint64_t{Word32(bytes, at + 4)} << 32;
+}
+
+void Put32(Bytes& bytes, std::size_t at, std::uint32_t value) {
+    std::memcpy(bytes.data() + at, &value, sizeof value);
+}
+
+std::size_t Find(const Bytes& bytes, const char* id, std::size_t from = 0) {
+    for (std::size_t at = from; at + 4 <= bytes.size(); ++at) {
+        if (std::memcmp(bytes.data() + at, id, 4) == 0) {
+            return at;
+        }
+    }
+    return std::string::npos;
+}
+
+struct Clip {
+    Pixels pixels;
+    int width, height;
+    std::vector<Bytes> frames; // as the transform lays them out
+    Bytes file;
+
+    std::vector<Bytes> Pictures() const {
+        std::vector<Bytes> pictures;
+        for (const Bytes& frame : frames) {
+            pictures.push_back(PictureOf(PackedFrame(pixels, width, height, frame.data())));
+        }
+        return pictures;
+    }
+};
+
+Clip MakeClip(Pixels pixels, int width, int height, unsigned frames, std::uint64_t partBytes = 1 << 30) {
+    Clip clip{pixels, width, height, {}, {}};
+    CMemoryWriter writer;
+    const auto sink = MakeAviSink(writer, {pixels, width, height, {30000, 1001}, {}, false}, partBytes);
+    for (unsigned i = 0; i < frames; ++i) {
+        clip.frames.push_back(RandomBytes(FrameSize(pixels, width, height), i));
+        sink->Write(clip.frames.back().data());
+    }
+    sink->Finish();
+    clip.file = writer.Written();
+    return clip;
+}
+
+std::vector<Bytes> ReadClip(const Bytes& file, bool sized = true) {
+    CMemoryReader reader(file, 777, sized);
+    CInputStream input(reader);
+    const auto source = OpenAvi(input);
+    return ReadAll(*source);
+}
+
+Thrown ErrorOfReading(const Bytes& file) {
+    return ErrorOf([&file] { ReadClip(file); });
+}
+
+TEST(Avi, ReadsWhatItWrites) {
+    struct Case {
+        Pixels pixels;
+        int width, height;
+    };
+    constexpr Case kCases[] = {{Pixels::Rgb24, 7, 5}, {Pixels::Rgb24, 1, 1}, {Pixels::Yuy2, 6, 3},
+                               {Pixels::Uyvy, 2, 4},  {Pixels::Iyu2, 5, 3},  {Pixels::Iyu2, 4, 2}};
+    for (const Case& c : kCases) {
+        for (const unsigned frames : {0u, 1u, 2u, 9u}) {
+            for (const std::uint64_t partBytes : {std::uint64_t{1}, std::uint64_t{300}, std::uint64_t{1} << 30}) {
+                const Clip clip = MakeClip(c.pixels, c.width, c.height, frames, partBytes);
+                for (const bool sized : {true, false}) {
+                    EXPECT_EQ(ReadClip(clip.file, sized), clip.Pictures())
+                        << TraitsOf(c.pixels).name << " " << frames << " frames, parts of " << partBytes;
+                }
+            }
+        }
+    }
+}
+
+TEST(Avi, KeepsSizeRateAndCount) {
+    const Clip clip = MakeClip(Pixels::Yuy2, 6, 3, 4, 300);
+    CMemoryReader reader(clip.file);
+    CInputStream input(reader);
+    const auto source = OpenAvi(input);
+    EXPECT_EQ(source->Info().width, 6);
+    EXPECT_EQ(source->Info().height, 3);
+    EXPECT_EQ(source->Info().rate, (Rational{30000, 1001}));
+    EXPECT_EQ(source->Info().frames, 4u);
+}
+
+// What players seek by: sizes of parts, and every index entry pointing at its frame.
+TEST(Avi, PartsAndIndexesFitTheFrames) {
+    const Clip clip = MakeClip(Pixels::Yuy2, 6, 3, 9, 300);
+    const Bytes& file = clip.file;
+    std::size_t part = 0;
+    while (part < file.size()) {
+        ASSERT_EQ(std::memcmp(file.data() + part, "RIFF", 4), 0) << "at " << part;
+        part += 8 + Word32(file, part + 4);
+    }
+    EXPECT_EQ(part, file.size());
+
+    const std::size_t list = Find(file, "indx");
+    const std::uint32_t parts = Word32(file, list + 12);
+    ASSERT_GT(parts, 2u);
+    std::size_t frame = 0;
+    for (std::uint32_t i = 0; i < parts; ++i) {
+        const std::size_t index = Word64(file, list + 32 + 16 * i);
+        ASSERT_EQ(std::memcmp(file.data() + index, "ix00", 4), 0);
+        EXPECT_EQ(Word32(file, index + 4) + 8, Word32(file, list + 32 + 16 * i + 8));
+        const std::uint64_t base = Word64(file, index + 20);
+        for (std::uint32_t entry = 0; entry < Word32(file, index + 12); ++entry, ++frame) {
+            const std::size_t at = base + Word32(file, index + 32 + 8 * entry);
+            ASSERT_LT(frame, clip.frames.size());
+            EXPECT_EQ(std::memcmp(file.data() + at, clip.frames[frame].data(), clip.frames[frame].size()), 0);
+            EXPECT_EQ(Word32(file, index + 36 + 8 * entry), clip.frames[frame].size());
+        }
+    }
+    EXPECT_EQ(frame, clip.frames.size());
+
+    const std::size_t old = Find(file, "idx1");
+    const std::size_t movi = Find(file, "movi");
+    for (std::uint32_t entry = 0; entry < Word32(file, old + 4) / 16; ++entry) {
+        const std::size_t chunk = movi + Word32(file, old + 8 + 16 * entry + 8);
+        ASSERT_EQ(std::memcmp(file.data() + chunk, "00db", 4), 0);
+        EXPECT_EQ(std::memcmp(file.data() + chunk + 8, clip.frames[entry].data(), clip.frames[entry].size()), 0);
+    }
+}
+
+TEST(Avi, TurnsTopDownRgbOver) {
+    Clip clip = MakeClip(Pixels::Rgb24, 4, 3, 1);
+    const std::size_t height = Find(clip.file, "strf") + 8 + 8;
+    Put32(clip.file, height, static_cast<std::uint32_t>(-3));
+    const Bytes upsideDown = clip.Pictures()[0];
+    Bytes want;
+    for (int row = 2; row >= 0; --row) {
+        want.insert(want.end(), upsideDown.begin() + row * 12, upsideDown.begin() + row * 12 + 12);
+    }
+    EXPECT_EQ(ReadClip(clip.file)[0], want);
+}
+
+TEST(Avi, EmptyChunkRepeatsTheFrame) {
+    Clip clip = MakeClip(Pixels::Yuy2, 2, 2, 1);
+    const std::size_t index = Find(clip.file, "ix00");
+    const Bytes empty = {'0', '0', 'd', 'b', 0, 0, 0, 0};
+    clip.file.insert(clip.file.begin() + static_cast<std::ptrdiff_t>(index), empty.begin(), empty.end());
+    const auto frames = ReadClip(clip.file);
+    ASSERT_EQ(frames.size(), 2u);
+    EXPECT_EQ(frames[1], frames[0]);
+}
+
+TEST(Avi, RowsMayLackTheirPadding) {
+    Clip clip = MakeClip(Pixels::Rgb24, 3, 2, 1); // 9 bytes of 12
+    const std::size_t chunk = Find(clip.file, "00db", Find(clip.file, "movi"));
+    Put32(clip.file, chunk + 4, 18);
+    const auto first = clip.file.begin() + static_cast<std::ptrdiff_t>(chunk + 8);
+    const Bytes tight(first, first + 18);
+    clip.file.erase(first + 18, first + 24);
+    Put32(clip.file, 4, Word32(clip.file, 4) - 6);
+    const auto frames = ReadClip(clip.file, false);
+    ASSERT_EQ(frames.size(), 1u);
+    EXPECT_EQ(frames[0], [&] {
+        Bytes want(tight.begin() + 9, tight.end());
+        want.insert(want.end(), tight.begin(), tight.begin() + 9);
+        return want;
+    }());
+}
+
+TEST(Avi, RefusesWhatItCannotReadAndSaysWhy) {
+    const Bytes good = MakeClip(Pixels::Yuy2, 2, 2, 2).file;
+    const std::size_t format = Find(good, "strf") + 8;
+    struct Case {
+        const char* name;
+        std::function<void(Bytes&)> change;
+        const char* said;
+    };
+    const Case cases[] = {
+        {"compressed", [&](Bytes& b) { std::memcpy(b.data() + format + 16, "H264", 4); }, "'H264'"},
+        {"other depth", [&](Bytes& b) { b[format + 14] = 12; }, "12 bits"},
+        {"no width", [&](Bytes& b) { Put32(b, format + 4, 0); }, "0x2"},
+        {"wide", [&](Bytes& b) { Put32(b, format + 4, 0x7FFFFFFF); }, "cannot be read"},
+        {"least height", [&](Bytes& b) { Put32(b, format + 8, 0x80000000); }, "cannot be read"},
+        {"sound only", [&](Bytes& b) { std::memcpy(b.data() + Find(b, "strh") + 8, "auds", 4); }, "no video"},
+        {"short frame", [&](Bytes& b) { Put32(b, Find(b, "00db", Find(b, "movi")) + 4, 6); }, "frame 0"},
+        {"no AVI", [&](Bytes& b) { b[8] = 'W'; }, "no AVI"},
+        {"empty", [&](Bytes& b) { b.clear(); }, "no AVI"},
+    };
+    for (const Case& c : cases) {
+        Bytes file = good;
+        c.change(file);
+        const Thrown error = ErrorOfReading(file);
+        EXPECT_EQ(error.code, ExitCode::Input) << c.name;
+        EXPECT_NE(error.text.find(c.said), std::string::npos) << c.name << ": " << error.text;
+    }
+}
+
+TEST(Avi, NoticesEveryCut) {
+    const Clip clip = MakeClip(Pixels::Yuy2, 2, 2, 3);
+    for (std::size_t length = 0; length < clip.file.size(); length += length < 300 || length > 16900 ? 1 : 97) {
+        const Bytes cut(clip.file.begin(), clip.file.begin() + static_cast<std::ptrdiff_t>(length));
+        ASSERT_EQ(ErrorOfReading(cut).code, ExitCode::Input) << "length " << length;
+    }
+    EXPECT_FALSE(ErrorOfReading(clip.file).any);
+}
+
+TEST(Avi, PipesAreRefused) {
+    CMemoryWriter pipe(false);
+    const Thrown error = ErrorOf([&] { MakeAviSink(pipe, {}); });
+    EXPECT_EQ(error.code, ExitCode::Output);
+    EXPECT_TRUE(pipe.Written().empty());
+}
+
+// Damaged files end in an error or in frames, never in anything else (the sanitizers' part).
+TEST(Avi, DamageIsSurvived) {
+    const Bytes good = MakeClip(Pixels::Uyvy, 4, 2, 3, 300).file;
+    const unsigned seed = 20261121;
+    std::mt19937 random(seed);
+    const std::size_t interesting = Find(good, "indx"); // what follows, up to the frames, is not read
+    for (int round = 0; round < 3000; ++round) {
+        Bytes file = good;
+        for (int i = 0; i < 4; ++i) {
+            const std::size_t at = random() % 2 ? random() % interesting : random() % file.size();
+            file[at] = static_cast<std::uint8_t>(random() % 3 ? random() : 0xFF);
+        }
+        const Thrown error = ErrorOfReading(file);
+        ASSERT_TRUE(!error.any || error.code == ExitCode::Input) << "seed " << seed << " round " << round;
+    }
+}
+
+} // namespace
+} // namespace host

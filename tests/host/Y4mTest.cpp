@@ -1,0 +1,200 @@
+#include "host/parts/FrameConvert.h"
+#include "host/parts/FrameSink.h"
+#include "host/parts/RawStream.h"
+#include "host/parts/Y4mHeader.h"
+#include "host/parts/Y4mSource.h"
+#include "tests/host/MemoryStreams.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host {
+namespace {
+
+TEST(Y4m, ReadsHeaders) {
+    struct Case {
+        const char* line;
+        Layout layout;
+        int width, height;
+        Scan scan;
+        double rate;
+        bool fullRange;
+    };
+    constexpr Case kCases[] = {
+        {"YUV4MPEG2 W720 H576 F25:1 It A59:54 C422", Layout::Planar422, 720, 576, Scan::Interlaced, 25, false},
+        {"YUV4MPEG2 W2 H1 F30000:1001 Ip C420mpeg2 XYSCSS=420MPEG2", Layout::Planar420, 2, 1, Scan::Progressive,
+         30000.0 / 1001, false},
+        {"YUV4MPEG2  H576  W720 C420paldv Ib XCOLORRANGE=FULL", Layout::Planar420, 720, 576, Scan::Interlaced, 0, true},
+        {"YUV4MPEG2 W8 H8 F0:0 I?", Layout::Planar420, 8, 8, Scan::Unknown, 0, false},
+        {"YUV4MPEG2 W8 H8 F50:2 Im C444", Layout::Planar444, 8, 8, Scan::Mixed, 25, false},
+        {"YUV4MPEG2 W8 H8 Cmono C420jpeg", Layout::Planar420, 8, 8, Scan::Unknown, 0, false},
+    };
+    for (const Case& c : kCases) {
+        const ClipInfo clip = ParseY4mHeader(c.line, "clip");
+        EXPECT_EQ(clip.layout, c.layout) << c.line;
+        EXPECT_EQ(clip.width, c.width) << c.line;
+        EXPECT_EQ(clip.height, c.height) << c.line;
+        EXPECT_EQ(clip.scan, c.scan) << c.line;
+        EXPECT_EQ(clip.rate.has_value(), c.rate != 0) << c.line;
+        EXPECT_DOUBLE_EQ(clip.rate ? clip.rate->Value() : 0, c.rate) << c.line;
+        EXPECT_EQ(clip.fullRange, c.fullRange) << c.line;
+    }
+}
+
+TEST(Y4m, RefusesHeadersAndSaysWhy) {
+    constexpr struct {
+        const char* line;
+        const char* said;
+    } kCases[] = {
+        {"", "no Y4M"},
+        {"YUV4MPEG W8 H8", "no Y4M"},
+        {"YUV4MPEG2 W8 H8 C420p10", "C420p10 is not supported"},
+        {"YUV4MPEG2 W0 H8", "width"},
+        {"YUV4MPEG2 W8 H99999", "height"},
+        {"YUV4MPEG2 W8x H8", "\"8x\""},
+        {"YUV4MPEG2 W8 C422", "no height"},
+    };
+    for (const auto& c : kCases) {
+        const Thrown error = ErrorOf([&] { ParseY4mHeader(c.line, "clip.y4m"); });
+        EXPECT_EQ(error.code, ExitCode::Input) << c.line;
+        EXPECT_NE(error.text.find(c.said), std::string::npos) << error.text;
+        EXPECT_EQ(error.text.find("clip.y4m: "), 0u) << error.text;
+    }
+}
+
+TEST(Y4m, FrameLinesDecideMixedChroma) {
+    EXPECT_TRUE(Y4mFrameHasFieldChroma("FRAME Itii", false));
+    EXPECT_FALSE(Y4mFrameHasFieldChroma("FRAME I1pp", true));
+    EXPECT_FALSE(Y4mFrameHasFieldChroma("FRAME X=1 Itip", true));
+    EXPECT_TRUE(Y4mFrameHasFieldChroma("FRAME It?", true));
+    EXPECT_TRUE(Y4mFrameHasFieldChroma("FRAME", true));
+}
+
+// A 2x2 clip of 4:2:0 with three frames of six bytes.
+const std::string kClip =
+    std::string("YUV4MPEG2 W2 H2 F25:1 Ip C420\n") + "FRAME\nabcdef" + "FRAME Ippp\nghijkl" + "FRAME\nmnopqr";
+
+TEST(Y4m, ReadsFramesInPortionsOfAnySize) {
+    for (const std::size_t portion : {1, 2, 5, 7, 64, 100000}) {
+        CMemoryReader reader(FromText(kClip), portion, portion % 2 == 0);
+        CInputStream input(reader);
+        const auto source = OpenY4m(input);
+        const std::vector<Bytes> want = {FromText("abcdef"), FromText("ghijkl"), FromText("mnopqr")};
+        EXPECT_EQ(ReadAll(*source), want) << "portion " << portion;
+    }
+}
+
+// Cut anywhere but between frames, the clip fails, and the message counts the frames before.
+TEST(Y4m, NoticesEveryCut) {
+    const std::size_t header = kClip.find('\n') + 1;
+    const std::size_t ends[] = {header, header + 12, header + 29, kClip.size()};
+    for (std::size_t length = header; length <= kClip.size(); ++length) {
+        CMemoryReader reader(FromText(kClip.substr(0, length)));
+        CInputStream input(reader);
+        const auto source = OpenY4m(input);
+        std::size_t frames = 0;
+        const Thrown error = ErrorOf([&] {
+            while (source->Next()) {
+                ++frames;
+            }
+        });
+        const bool whole = std::find(std::begin(ends), std::end(ends), length) != std::end(ends);
+        EXPECT_EQ(error.any, !whole) << "length " << length;
+        if (error.any) {
+            EXPECT_EQ(error.code, ExitCode::Input);
+            EXPECT_NE(error.text.find("frame " + std::to_string(frames)), std::string::npos) << error.text;
+        }
+    }
+}
+
+TEST(Y4m, WritesWhatItReads) {
+    struct Case {
+        Pixels pixels;
+        int width, height;
+        const char* header;
+    };
+    constexpr Case kCases[] = {
+        {Pixels::Yuy2, 6, 3, "YUV4MPEG2 W6 H3 F30000:1001 Ip A59:54 C422\n"},
+        {Pixels::Uyvy, 2, 5, "YUV4MPEG2 W2 H5 F30000:1001 Ip A59:54 C422\n"},
+        {Pixels::Iyu2, 5, 3, "YUV4MPEG2 W5 H3 F30000:1001 Ip A59:54 C444\n"},
+    };
+    for (const Case& c : kCases) {
+        CMemoryWriter writer(false);
+        const auto sink = MakeY4mSink(writer, {c.pixels, c.width, c.height, {30000, 1001}, Rational{59, 54}, false});
+        const Bytes frame = RandomBytes(FrameSize(c.pixels, c.width, c.height), 5);
+        sink->Write(frame.data());
+        sink->Write(frame.data());
+        sink->Finish();
+        const std::string text(writer.Written().begin(), writer.Written().end());
+        EXPECT_EQ(text.substr(0, text.find('\n') + 1), c.header);
+
+        CMemoryReader reader(writer.Written());
+        CInputStream input(reader);
+        const auto source = OpenY4m(input);
+        ASSERT_TRUE(source->Next());
+        Bytes back(frame.size());
+        CFrameConverter(source->Info().layout, LayoutOf(c.pixels), c.width, c.height, false)
+            .Convert(source->Frame(), PackedFrame(c.pixels, c.width, c.height, back.data()), false);
+        EXPECT_EQ(PictureOf(PackedFrame(c.pixels, c.width, c.height, std::as_const(back).data())),
+                  PictureOf(PackedFrame(c.pixels, c.width, c.height, frame.data())));
+        ASSERT_TRUE(source->Next());
+        EXPECT_FALSE(source->Next());
+        EXPECT_EQ(source->Info().frames, 2u);
+    }
+}
+
+TEST(RawFormat, TakesOnlyWholeDescriptions) {
+    const auto good = ParseRawFormat("720x576:uyvy@30000/1001");
+    ASSERT_TRUE(good);
+    EXPECT_EQ(good->width, 720);
+    EXPECT_EQ(good->height, 576);
+    EXPECT_EQ(good->pixels, Pixels::Uyvy);
+    EXPECT_EQ(good->rate, (Rational{30000, 1001}));
+    EXPECT_TRUE(ParseRawFormat("7x5:rgb24@29.97"));
+    for (const char* bad : {"", "720x576", "720x576:yuy2", "720x576:nv12@25", "721x576:yuy2@25", "0x5:rgb24@25",
+                            "7x0:rgb24@25", "7x5:rgb24@0", "7x5@25:rgb24", "-7x5:rgb24@25", "7x5:rgb24@25 "}) {
+        EXPECT_FALSE(ParseRawFormat(bad)) << bad;
+    }
+}
+
+TEST(Rate, NtscDecimalsBecomeFractions) {
+    struct Case {
+        const char* text;
+        Rational rate;
+    };
+    constexpr Case kCases[] = {
+        {"25", {25, 1}},   {"29.97", {30000, 1001}}, {"23.976", {24000, 1001}},    {"59.94", {60000, 1001}},
+        {"12.5", {25, 2}}, {"50/2", {25, 1}},        {"30000:1001", {30000, 1001}}};
+    for (const Case& c : kCases) {
+        const auto rate = ParseRate(c.text);
+        ASSERT_TRUE(rate) << c.text;
+        EXPECT_EQ(*rate, c.rate) << c.text;
+    }
+    for (const char* bad : {"", "0", "-25", "25/0", "0/1", "nan", "1e9", "25fps", "25/", "/25"}) {
+        EXPECT_FALSE(ParseRate(bad)) << bad;
+    }
+}
+
+// Raw RGB24 frames are bottom row first with rows padded to four bytes.
+TEST(RawStream, ReadsFramesAsTheyLieInMemory) {
+    Bytes bytes = RandomBytes(3 * FrameSize(Pixels::Rgb24, 3, 2), 9);
+    CMemoryReader reader(bytes);
+    CInputStream input(reader);
+    const auto source = OpenRaw(input, *ParseRawFormat("3x2:rgb24@25"));
+    EXPECT_EQ(source->Info().frames, 3u);
+    ASSERT_TRUE(source->Next());
+    const Bytes lower(bytes.begin(), bytes.begin() + 9);
+    const Bytes upper(bytes.begin() + 12, bytes.begin() + 21);
+    Bytes want = upper;
+    want.insert(want.end(), lower.begin(), lower.end());
+    EXPECT_EQ(PictureOf(source->Frame()), want);
+
+    bytes.pop_back();
+    CMemoryReader cut(bytes);
+    CInputStream cutInput(cut);
+    const auto cutSource = OpenRaw(cutInput, *ParseRawFormat("3x2:rgb24@25"));
+    EXPECT_THROW(ReadAll(*cutSource), TruncatedError);
+}
+
+} // namespace
+} // namespace host

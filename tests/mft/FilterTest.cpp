@@ -1,0 +1,320 @@
+// The frame driver with real settings: what it reads, when it deinterlaces, and that it stays within the frames.
+#include "engine/DeinterlaceFilter.h"
+#include "engine/InterlaceDetector.h"
+#include "settings/SettingsDefaults.h"
+#include "tests/support/CallHook.h"
+#include "tests/support/ComChecks.h"
+#include "tests/support/GuardedBlocks.h"
+#include "tests/support/OraclePixels.h"
+#include "tests/support/RandomBytes.h"
+
+#include "NMFVDeinterlaceKeys.h"
+
+#include <algorithm>
+#include <vector>
+
+#include <mfapi.h>
+
+namespace {
+
+// The engine without the transform around it, with a frame of any depth.
+class BareFilter : public CDeinterlaceFilter {
+public:
+    BareFilter() {
+        MFCreateAttributes(m_pStore.Put(), 24);
+        ResetSettings(Store(), NMVDeinterlace_APILEVEL_1);
+    }
+    STDMETHODIMP QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP ResetToDefaultsEx(LONG level) override { return ResetSettings(Store(), level); }
+    STDMETHODIMP LoadAttributes() override { return E_NOTIMPL; }
+    STDMETHODIMP SaveAttributes() override { return E_NOTIMPL; }
+
+    void SetFormat(INT32 width, INT32 height, INT32 bits) {
+        m_lWidth = width;
+        m_lHeight = height;
+        m_lBitCount = bits;
+        m_lStride = StrideBytes(bits, width);
+        m_lBufferSize = FrameBytes(m_lStride, height);
+    }
+
+    using CDeinterlaceFilter::EndStreaming;
+    using CDeinterlaceFilter::m_bGrayPalette;
+    using CDeinterlaceFilter::m_bPacked422;
+    using CDeinterlaceFilter::m_bTopDown;
+    using CDeinterlaceFilter::m_pStore;
+    using CDeinterlaceFilter::m_rtAvgTimePerFrame;
+    using CDeinterlaceFilter::SetColorTable;
+    using CDeinterlaceFilter::Shape;
+    using CDeinterlaceFilter::ShouldDeinterlace;
+    using CDeinterlaceFilter::StartStreaming;
+    using CDeinterlaceFilter::Store;
+    using CDeinterlaceFilter::Transform;
+};
+
+class Filter : public testing::Test {
+protected:
+    void SetFormat(INT32 width, INT32 height, INT32 bits) {
+        m_filter.SetFormat(width, height, bits);
+        const auto bytes = static_cast<std::size_t>(m_filter.Shape().Bytes());
+        m_input.resize(bytes);
+        m_random.Fill(m_input);
+        m_output.assign(bytes, 0xA5);
+    }
+
+    void Set(REFGUID key, INT32 value) { m_filter.Store()->SetUINT32(key, static_cast<UINT32>(value)); }
+
+    UINT32 Get(REFGUID key) {
+        UINT32 value = 0xDEAD;
+        m_filter.Store()->GetUINT32(key, &value);
+        return value;
+    }
+
+    HRESULT Transform() { return m_filter.Transform(m_input.data(), m_output.data()); }
+
+    // The output that the rules give for the settings in the store, over what the output held before.
+    std::vector<BYTE> Expected(std::vector<BYTE> before) {
+        const FrameShape shape = m_filter.Shape();
+        OracleOptions options;
+        options.even = Get(NMFV_DEINTERLACE_EVEN) != 0;
+        options.merge = Get(NMFV_DEINTERLACE_MERGE_FIELDS) != 0;
+        options.averaging = shape.bits != 8 || m_filter.m_bGrayPalette;
+        options.useRegion = Get(NMFV_DEINTERLACE_ENABLE_ROI) != 0;
+        options.left = static_cast<INT32>(Get(NMFV_DEINTERLACE_ROI_LEFT));
+        options.top = static_cast<INT32>(Get(NMFV_DEINTERLACE_ROI_TOP));
+        options.right = static_cast<INT32>(Get(NMFV_DEINTERLACE_ROI_RIGHT));
+        options.bottom = static_cast<INT32>(Get(NMFV_DEINTERLACE_ROI_BOTTOM));
+        const OracleFrame frame{shape.width, shape.height, shape.bits, shape.topDown};
+        OracleDeinterlace(frame, options, m_input.data(), before.data());
+        return before;
+    }
+
+    // Rows of black and white in turn, `height` rows each: combed when 1.
+    void Stripes(int height) {
+        const FrameShape shape = m_filter.Shape();
+        for (INT32 y = 0; y < shape.height; ++y) {
+            std::fill_n(m_input.begin() + y * shape.stride, shape.stride, BYTE(y / height % 2 ? 255 : 0));
+        }
+    }
+
+    BareFilter m_filter;
+    RandomBytes m_random{TestSeed()};
+    std::vector<BYTE> m_input, m_output;
+};
+
+TEST_F(Filter, DepthsAndSettings) {
+    for (const INT32 bits : {8, 16, 24, 32}) {
+        for (int settings = 0; settings < 32; ++settings) {
+            SCOPED_TRACE(testing::Message() << bits << " bits, settings " << settings);
+            SetFormat(13, 7, bits);
+            m_filter.m_bGrayPalette = settings & 1;
+            m_filter.m_bTopDown = static_cast<INT16>(settings >> 1 & 1);
+            Set(NMFV_DEINTERLACE_EVEN, settings >> 2 & 1);
+            Set(NMFV_DEINTERLACE_MERGE_FIELDS, settings >> 3 & 1);
+            Set(NMFV_DEINTERLACE_ENABLE_ROI, settings >> 4 & 1);
+            Set(NMFV_DEINTERLACE_ROI_LEFT, 5);
+            Set(NMFV_DEINTERLACE_ROI_RIGHT, 10);
+            Set(NMFV_DEINTERLACE_ROI_TOP, 1);
+            Set(NMFV_DEINTERLACE_ROI_BOTTOM, 6);
+            const std::vector<BYTE> expected = Expected(m_output);
+            EXPECT_HR(S_OK, Transform());
+            EXPECT_EQ(expected, m_output);
+        }
+    }
+}
+
+TEST_F(Filter, OffCopiesPaddingToo) {
+    for (const INT32 bits : {8, 24}) {
+        SetFormat(13, 5, bits);
+        Set(NMFV_DEINTERLACE_ENABLED, 0);
+        EXPECT_HR(S_OK, Transform());
+        EXPECT_EQ(m_input, m_output);
+        m_output.assign(m_output.size(), 0);
+        m_filter.Store()->DeleteItem(NMFV_DEINTERLACE_ENABLED); // unreadable counts as off
+        EXPECT_HR(S_OK, Transform());
+        EXPECT_EQ(m_input, m_output);
+    }
+}
+
+TEST_F(Filter, HoldLastsFiveSecondsOfFrames) {
+    SetFormat(64, 48, 24);
+    m_filter.m_rtAvgTimePerFrame = 400'000; // 25 frames per second
+    Set(NMFV_DEINTERLACE_AUTO_DEINTERLACE, 1);
+    ASSERT_HR(S_OK, m_filter.StartStreaming());
+    Stripes(2);
+    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data())); // nothing before the first positive frame
+    Stripes(1);
+    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    Stripes(2);
+    for (int i = 0; i < 124; ++i) {
+        EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data())) << i;
+    }
+    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data()));
+
+    Stripes(1);
+    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    Stripes(2);
+    m_filter.EndStreaming();
+    EXPECT_HR(S_OK, Transform());
+    EXPECT_EQ(m_input, m_output); // the end of the stream ends the hold
+}
+
+TEST_F(Filter, SensitivityDecides) {
+    SetFormat(64, 48, 24);
+    m_random.Fill(m_input);
+    const CombScan scan = ScanFrame(m_input.data(), 64, 48, 24, nullptr, 1.0);
+    ASSERT_GT(scan.count, 0u);
+    const double limit = static_cast<double>(scan.count) / scan.threshold;
+    m_filter.Store()->SetDouble(NMFV_DEINTERLACE_AUTO_SENSITIVITY, limit * 1.01);
+    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data()));
+    m_filter.Store()->SetDouble(NMFV_DEINTERLACE_AUTO_SENSITIVITY, limit * 0.99);
+    ASSERT_HR(S_OK, m_filter.StartStreaming());
+    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    m_filter.Store()->DeleteItem(NMFV_DEINTERLACE_AUTO_SENSITIVITY); // unreadable: one position is enough
+    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+}
+
+TEST_F(Filter, ColoursOf8BitFrames) {
+    SetFormat(16, 16, 8);
+    Stripes(1);
+    ASSERT_HR(S_OK, m_filter.StartStreaming());
+    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data())); // no table, not interlaced
+    const ColorEntry black[256] = {};
+    EXPECT_HR(S_OK, m_filter.SetColorTable(black, 256));
+    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data()));
+    const ColorEntry white[1] = {{255, 255, 255, 0}}; // entry 0 white, the rest black
+    EXPECT_HR(S_OK, m_filter.SetColorTable(white, 1));
+    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_HR(S_OK, m_filter.SetColorTable(nullptr, 0));
+    ASSERT_HR(S_OK, m_filter.StartStreaming());
+    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data()));
+}
+
+TEST_F(Filter, StartLimitsTheRegion) {
+    SetFormat(720, 480, 16);
+    constexpr struct {
+        INT32 left, right, top, bottom;
+        UINT32 expected[4];
+    } kRows[] = {{10, 2000, 20, 3000, {10, 720, 20, 480}},
+                 {720, 2000, 480, 481, {719, 720, 479, 480}},
+                 {900, 720, 500, 480, {900, 720, 500, 480}}, // nothing is done while right and bottom are within
+                 {-1, -1, -7, -7, {719, 720, 479, 480}}};    // as unsigned numbers
+    for (const auto& row : kRows) {
+        Set(NMFV_DEINTERLACE_ROI_LEFT, row.left);
+        Set(NMFV_DEINTERLACE_ROI_RIGHT, row.right);
+        Set(NMFV_DEINTERLACE_ROI_TOP, row.top);
+        Set(NMFV_DEINTERLACE_ROI_BOTTOM, row.bottom);
+        EXPECT_HR(S_OK, m_filter.StartStreaming());
+        EXPECT_EQ(row.expected[0], Get(NMFV_DEINTERLACE_ROI_LEFT));
+        EXPECT_EQ(row.expected[1], Get(NMFV_DEINTERLACE_ROI_RIGHT));
+        EXPECT_EQ(row.expected[2], Get(NMFV_DEINTERLACE_ROI_TOP));
+        EXPECT_EQ(row.expected[3], Get(NMFV_DEINTERLACE_ROI_BOTTOM));
+    }
+    SetFormat(0, 0, 16);
+    EXPECT_HR(E_UNEXPECTED, m_filter.StartStreaming());
+    m_filter.SetFormat(16, -8, 16);
+    EXPECT_HR(E_UNEXPECTED, m_filter.StartStreaming());
+    m_filter.SetFormat(65536, 16384, 16); // 2 GiB: the 32-bit size overflows to a negative number
+    EXPECT_HR(E_OUTOFMEMORY, m_filter.StartStreaming());
+}
+
+TEST_F(Filter, ProtectedAreaHasNoWidth) {
+    for (const INT32 bits : {16, 24}) {
+        SetFormat(16, 8, bits);
+        m_filter.m_bPacked422 = bits == 16;
+        Set(NMFV_DEINTERLACE_ENABLE_PROTECTED_AREA, 1);
+        m_filter.SetProtectedAreaParams(2, 10, 1, 7);
+        ASSERT_HR(S_OK, m_filter.StartStreaming());
+        const std::vector<BYTE> expected = Expected(m_output);
+        EXPECT_HR(S_OK, Transform());
+        EXPECT_EQ(expected, m_output);
+
+        // Once the second reading of the left edge fails, the area is as wide as it is far from the left.
+        CComRef<IMFAttributes> real(m_filter.Store());
+        HookedStore store(real.Get());
+        int readings = 0;
+        store.hook.check = [&](const std::string& method, const GUID* key) {
+            const bool left = method == "GetUINT32" && *key == NMFV_DEINTERLACE_PROTECTED_LEFT;
+            return left && ++readings % 2 == 0 ? E_FAIL : S_OK;
+        };
+        m_filter.m_pStore.Share(&store);
+        EXPECT_HR(S_OK, Transform());
+        EXPECT_NE(expected, m_output);
+        m_filter.m_pStore.Share(real.Get());
+    }
+}
+
+// Before the stream starts, after it ends, and when the frame has outgrown the buffer, the area is simply not kept.
+TEST_F(Filter, ProtectedAreaNeedsItsBuffer) {
+    Set(NMFV_DEINTERLACE_ENABLE_PROTECTED_AREA, 1);
+    const auto expectPlain = [&] {
+        const std::vector<BYTE> expected = Expected(m_output);
+        EXPECT_HR(S_OK, Transform());
+        EXPECT_EQ(expected, m_output);
+    };
+    SetFormat(16, 8, 24);
+    expectPlain();
+    ASSERT_HR(S_OK, m_filter.StartStreaming());
+    expectPlain();
+    SetFormat(160, 80, 24);
+    expectPlain();
+    m_filter.EndStreaming();
+    expectPlain();
+}
+
+// One reading of each setting per frame; the second look at the protected area's switch is the contract's.
+TEST_F(Filter, ReadsEachSettingOnce) {
+    SetFormat(16, 8, 24);
+    Set(NMFV_DEINTERLACE_AUTO_DEINTERLACE, 1);
+    Set(NMFV_DEINTERLACE_ENABLE_ROI, 1);
+    Stripes(1);
+    ASSERT_HR(S_OK, m_filter.StartStreaming());
+    CComRef<IMFAttributes> real(m_filter.Store());
+    HookedStore store(real.Get());
+    m_filter.m_pStore.Share(&store);
+    EXPECT_HR(S_OK, Transform());
+    EXPECT_EQ(10, store.hook.calls["GetUINT32"]); // three switches, three flags, four edges
+    EXPECT_EQ(1, store.hook.calls["GetDouble"]);
+    EXPECT_EQ(0, store.hook.calls["SetUINT32"]);
+    m_filter.m_pStore.Share(real.Get());
+}
+
+// Any numbers in the store, frames between closed pages.
+TEST_F(Filter, WildStoresStayWithinTheFrames) {
+    constexpr struct { INT32 width, height, bits; } kFrames[] = {{16, 8, 16}, {15, 9, 24}, {33, 7, 8}, {5, 64, 32}};
+    const GUID* const kEdges[] = {&NMFV_DEINTERLACE_ROI_LEFT,       &NMFV_DEINTERLACE_ROI_RIGHT,
+                                  &NMFV_DEINTERLACE_ROI_TOP,        &NMFV_DEINTERLACE_ROI_BOTTOM,
+                                  &NMFV_DEINTERLACE_PROTECTED_LEFT, &NMFV_DEINTERLACE_PROTECTED_RIGHT,
+                                  &NMFV_DEINTERLACE_PROTECTED_TOP,  &NMFV_DEINTERLACE_PROTECTED_BOTTOM};
+    GuardedBlocks blocks(2, 4096);
+    for (const auto& frame : kFrames) {
+        SetFormat(frame.width, frame.height, frame.bits);
+        m_filter.m_bPacked422 = frame.bits == 16;
+        ASSERT_HR(S_OK, m_filter.StartStreaming());
+        CComRef<IMFAttributes> real(m_filter.Store());
+        HookedStore store(real.Get());
+        store.hook.check = [&](const std::string& method, const GUID*) { // now and then a reading fails
+            return method == "GetUINT32" && m_random.Below(16) == 0 ? E_FAIL : S_OK;
+        };
+        m_filter.m_pStore.Share(&store);
+        for (int round = 0; round < 3000; ++round) {
+            for (const GUID* key : kEdges) {
+                real->SetUINT32(*key, static_cast<UINT32>(m_random.Edge(frame.width)));
+            }
+            for (const GUID* key : {&NMFV_DEINTERLACE_ENABLE_ROI, &NMFV_DEINTERLACE_ENABLE_PROTECTED_AREA,
+                                    &NMFV_DEINTERLACE_MERGE_FIELDS, &NMFV_DEINTERLACE_EVEN}) {
+                real->SetUINT32(*key, static_cast<UINT32>(m_random.Below(2)));
+            }
+            const bool atEnd = round & 1;
+            BYTE* const in = atEnd ? blocks.AtEnd(0, m_input.size()) : blocks.AtStart(0);
+            BYTE* const out = atEnd ? blocks.AtEnd(1, m_input.size()) : blocks.AtStart(1);
+            std::copy(m_input.begin(), m_input.end(), in);
+            ASSERT_HR(S_OK, m_filter.Transform(in, out));
+            ASSERT_TRUE(std::equal(m_input.begin(), m_input.end(), in)) << "the input was written, round " << round;
+        }
+        m_filter.m_pStore.Share(real.Get());
+    }
+}
+
+} // namespace

@@ -1,0 +1,86 @@
+// One object, three interfaces, one reference count.
+#include "com/BaseObject.h"
+#include "tests/support/Media.h"
+#include "tests/support/Transform.h"
+
+#include <mfidl.h>
+
+namespace {
+
+using MediaFoundationSamples::g_ObjectCount;
+
+class Identity : public TransformTest {};
+
+TEST_F(Identity, EveryInterfaceFromEveryOther) {
+    CComRef<ISpecifyPropertyPages> pages;
+    ASSERT_HR(S_OK, Mft()->QueryInterface(IID_ISpecifyPropertyPages, pages.PutVoid()));
+    IUnknown* const doors[] = {Mft(), Control(), pages.Get()};
+    for (IUnknown* door : doors) {
+        for (const IID* iid :
+             {&IID_IUnknown, &IID_IMFTransform, &IID_IDispatch, &IID_INMFVDeinterlace, &IID_ISpecifyPropertyPages}) {
+            ExpectInterface(door, *iid, S_OK);
+        }
+        ExpectInterface(door, IID_IPersist, E_NOINTERFACE);
+        EXPECT_HR(E_POINTER, door->QueryInterface(IID_IUnknown, nullptr));
+        CComRef<IUnknown> identity;
+        EXPECT_HR(S_OK, door->QueryInterface(IID_IUnknown, identity.PutVoid()));
+        EXPECT_EQ(static_cast<IUnknown*>(Mft()), identity.Get());
+        ExpectRefs(door, 4); // the fixture's two, pages and identity
+    }
+}
+
+// Clients that were compiled against the object's layout find transform, control and pages in this order.
+TEST_F(Identity, PartsFollowEachOther) {
+    CComRef<ISpecifyPropertyPages> pages;
+    ASSERT_HR(S_OK, Mft()->QueryInterface(IID_ISpecifyPropertyPages, pages.PutVoid()));
+    const auto* transform = reinterpret_cast<const char*>(Mft());
+    EXPECT_EQ(static_cast<std::ptrdiff_t>(sizeof(void*)), reinterpret_cast<const char*>(Control()) - transform);
+    EXPECT_EQ(static_cast<std::ptrdiff_t>(2 * sizeof(void*)), reinterpret_cast<const char*>(pages.Get()) - transform);
+}
+
+TEST_F(Identity, FactoryRefusals) {
+    void* found = &found;
+    EXPECT_HR(CLASS_E_CLASSNOTAVAILABLE, GetClassObject(IID_IUnknown, IID_IClassFactory, &found));
+    EXPECT_HR(E_NOINTERFACE, GetClassObject(CLSID_NMFVDeinterlace, IID_IDispatch, &found));
+    EXPECT_EQ(nullptr, found);
+    EXPECT_HR(E_POINTER, GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, nullptr));
+
+    CComRef<IClassFactory> factory;
+    ASSERT_HR(S_OK, GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, factory.PutVoid()));
+    const LONG objects = g_ObjectCount;
+    EXPECT_HR(E_NOINTERFACE, factory->CreateInstance(Mft(), IID_IMFTransform, &found));
+    EXPECT_HR(CLASS_E_NOAGGREGATION, factory->CreateInstance(Mft(), IID_IUnknown, &found));
+    EXPECT_HR(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IPersist, &found));
+    EXPECT_EQ(nullptr, found);
+    EXPECT_HR(E_POINTER, factory->CreateInstance(nullptr, IID_IUnknown, nullptr));
+    EXPECT_EQ(objects, g_ObjectCount);
+    ExpectRefs(factory.Get(), 1);
+}
+
+TEST_F(Identity, ObjectsAndLocksAreCounted) {
+    const LONG objects = g_ObjectCount;
+    CComRef<IClassFactory> factory;
+    ASSERT_HR(S_OK, GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, factory.PutVoid()));
+    EXPECT_EQ(objects, g_ObjectCount);
+    EXPECT_HR(S_OK, factory->LockServer(TRUE));
+    EXPECT_EQ(objects + 1, g_ObjectCount);
+    EXPECT_HR(S_OK, factory->LockServer(FALSE));
+    TransformUnderTest other;
+    ASSERT_TRUE(other.Create());
+    EXPECT_EQ(objects + 1, g_ObjectCount);
+    other.Release();
+    EXPECT_EQ(objects, g_ObjectCount);
+}
+
+TEST_F(Identity, AttributesAreTheSettings) {
+    EXPECT_HR(E_POINTER, Mft()->GetAttributes(nullptr));
+    CComRef<IMFAttributes> again;
+    ASSERT_HR(S_OK, Mft()->GetAttributes(again.Put()));
+    EXPECT_EQ(Store(), again.Get());
+    again->SetUINT32(NMFV_DEINTERLACE_EVEN, 1);
+    VARIANT_BOOL even = 0;
+    Control()->get_Even(&even);
+    EXPECT_EQ(VARIANT_TRUE, even);
+}
+
+} // namespace

@@ -1,0 +1,315 @@
+// One frame in, one frame out: the states, the messages, and failures of the caller's objects.
+#include "tests/support/CallHook.h"
+#include "tests/support/Media.h"
+#include "tests/support/Transform.h"
+
+#include <numeric>
+#include <thread>
+
+#include <mferror.h>
+
+namespace {
+
+constexpr DWORD kFrameBytes = 8 * 8 * 2;
+
+class Streaming : public TransformTest {
+protected:
+    void SetUp() override {
+        TransformTest::SetUp();
+        MakeVideoType(MFVideoFormat_YUY2, 8, 8, m_type);
+        Store()->SetUINT32(NMFV_DEINTERLACE_ENABLED, 0);
+        std::iota(m_picture.begin(), m_picture.end(), BYTE{0});
+    }
+
+    void SetTypes() {
+        ASSERT_HR(S_OK, Mft()->SetInputType(0, m_type.Get(), 0));
+        ASSERT_HR(S_OK, Mft()->SetOutputType(0, m_type.Get(), 0));
+    }
+
+    HRESULT Output(IMFSample* sample) {
+        MFT_OUTPUT_DATA_BUFFER buffer{0, sample, 0xDEAD, nullptr};
+        DWORD status = 0xDEAD;
+        const HRESULT hr = Mft()->ProcessOutput(0, 1, &buffer, &status);
+        EXPECT_TRUE(FAILED(hr) || (status == 0 && buffer.dwStatus == 0));
+        return hr;
+    }
+
+    bool IsHolding() {
+        DWORD input = 9, output = 9;
+        EXPECT_HR(S_OK, Mft()->GetInputStatus(0, &input));
+        EXPECT_HR(S_OK, Mft()->GetOutputStatus(&output));
+        EXPECT_EQ(1u, input + output);
+        return output == MFT_OUTPUT_STATUS_SAMPLE_READY;
+    }
+
+    CComRef<IMFMediaType> m_type;
+    std::vector<BYTE> m_picture = std::vector<BYTE>(kFrameBytes);
+};
+
+TEST_F(Streaming, TakesOneSampleAtATime) {
+    CComRef<IMFSample> sample, empty, two;
+    MakeSample(m_picture, sample);
+    MakeSample(nullptr, empty);
+    MakeSample(m_picture, two);
+    CComRef<IMFMediaBuffer> extra;
+    MakeBuffer(m_picture, extra);
+    two->AddBuffer(extra.Get());
+
+    EXPECT_HR(MF_E_NOTACCEPTING, Mft()->ProcessInput(0, sample.Get(), 0));
+    Mft()->SetInputType(0, m_type.Get(), 0);
+    EXPECT_HR(MF_E_NOTACCEPTING, Mft()->ProcessInput(0, sample.Get(), 0));
+    SetTypes();
+    EXPECT_HR(E_POINTER, Mft()->ProcessInput(1, nullptr, 1));
+    EXPECT_HR(MF_E_INVALIDSTREAMNUMBER, Mft()->ProcessInput(1, sample.Get(), 1));
+    EXPECT_HR(E_INVALIDARG, Mft()->ProcessInput(0, sample.Get(), 1));
+    EXPECT_HR(E_FAIL, Mft()->ProcessInput(0, empty.Get(), 0));
+    EXPECT_HR(MF_E_SAMPLE_HAS_TOO_MANY_BUFFERS, Mft()->ProcessInput(0, two.Get(), 0));
+    EXPECT_FALSE(IsHolding());
+    EXPECT_HR(S_OK, Mft()->ProcessInput(0, sample.Get(), 0));
+    EXPECT_TRUE(IsHolding());
+    EXPECT_HR(MF_E_NOTACCEPTING, Mft()->ProcessInput(0, sample.Get(), 0));
+    ExpectRefs(sample.Get(), 2);
+}
+
+TEST_F(Streaming, OutputArgumentsComeFirst) {
+    SetTypes();
+    CComRef<IMFSample> sample;
+    MakeSample(m_picture, sample);
+    MFT_OUTPUT_DATA_BUFFER buffer{0, sample.Get(), 0, nullptr};
+    DWORD status = 0;
+    EXPECT_HR(MF_E_TRANSFORM_NEED_MORE_INPUT, Output(sample.Get()));
+    ASSERT_HR(S_OK, Mft()->ProcessInput(0, sample.Get(), 0));
+    EXPECT_HR(E_INVALIDARG, Mft()->ProcessOutput(1, 1, nullptr, nullptr));
+    EXPECT_HR(E_POINTER, Mft()->ProcessOutput(0, 2, nullptr, &status));
+    EXPECT_HR(E_POINTER, Mft()->ProcessOutput(0, 2, &buffer, nullptr));
+    EXPECT_HR(E_INVALIDARG, Mft()->ProcessOutput(0, 2, &buffer, &status));
+    EXPECT_HR(E_INVALIDARG, Mft()->ProcessOutput(0, 0, &buffer, &status));
+    EXPECT_HR(E_INVALIDARG, Output(nullptr));
+    EXPECT_TRUE(IsHolding()); // none of these drops the sample
+}
+
+TEST_F(Streaming, PassesPictureLengthAndTimingOn) {
+    SetTypes();
+    for (const bool timed : {true, false}) {
+        CComRef<IMFSample> input, output;
+        MakeSample(m_picture, input);
+        CComRef<IMFMediaBuffer> room;
+        MFCreateMemoryBuffer(kFrameBytes + 100, room.Put());
+        MakeSample(room.Get(), output);
+        if (timed) {
+            input->SetSampleTime(400000);
+            input->SetSampleDuration(333667);
+        }
+        input->SetUINT32(MFSampleExtension_Discontinuity, 1);
+        ASSERT_HR(S_OK, Mft()->ProcessInput(0, input.Get(), 0));
+        ASSERT_HR(S_OK, Output(output.Get()));
+        EXPECT_FALSE(IsHolding());
+        EXPECT_EQ(m_picture, BytesOf(output.Get()));
+        LONGLONG time = -1, duration = -1;
+        EXPECT_EQ(timed, SUCCEEDED(output->GetSampleTime(&time)));
+        EXPECT_EQ(timed, SUCCEEDED(output->GetSampleDuration(&duration)));
+        EXPECT_EQ(timed ? 400000 : -1, time);
+        EXPECT_EQ(timed ? 333667 : -1, duration);
+        UINT32 items = 9;
+        output->GetCount(&items);
+        EXPECT_EQ(0u, items);
+        ExpectRefs(input.Get(), 1);
+        EXPECT_HR(MF_E_TRANSFORM_NEED_MORE_INPUT, Output(output.Get())); // never two for one
+    }
+}
+
+TEST_F(Streaming, Messages) {
+    SetTypes();
+    CComRef<IMFSample> sample;
+    MakeSample(m_picture, sample);
+    ASSERT_HR(S_OK, Mft()->ProcessInput(0, sample.Get(), 0));
+    EXPECT_HR(E_NOTIMPL, Mft()->ProcessMessage(MFT_MESSAGE_SET_D3D_MANAGER, 0));
+    for (const auto message :
+         {MFT_MESSAGE_COMMAND_DRAIN, MFT_MESSAGE_NOTIFY_BEGIN_STREAMING, MFT_MESSAGE_NOTIFY_END_STREAMING,
+          MFT_MESSAGE_NOTIFY_START_OF_STREAM, MFT_MESSAGE_NOTIFY_END_OF_STREAM, static_cast<MFT_MESSAGE_TYPE>(3),
+          static_cast<MFT_MESSAGE_TYPE>(4), static_cast<MFT_MESSAGE_TYPE>(0x7777)}) {
+        EXPECT_HR(S_OK, Mft()->ProcessMessage(message, 1)) << message;
+        EXPECT_TRUE(IsHolding()) << message;
+    }
+    EXPECT_HR(S_OK, Mft()->ProcessMessage(MFT_MESSAGE_COMMAND_FLUSH, 0));
+    EXPECT_FALSE(IsHolding());
+    ExpectRefs(sample.Get(), 1);
+    EXPECT_HR(E_NOTIMPL, Mft()->SetOutputBounds(0, 1));
+    EXPECT_HR(E_NOTIMPL, Mft()->ProcessEvent(0, nullptr));
+    DWORD flags = 0;
+    EXPECT_HR(E_POINTER, Mft()->GetInputStatus(1, nullptr));
+    EXPECT_HR(MF_E_INVALIDSTREAMNUMBER, Mft()->GetInputStatus(1, &flags));
+    EXPECT_HR(E_POINTER, Mft()->GetOutputStatus(nullptr));
+}
+
+// Whatever of the caller's objects fails, the call reports it, nothing stays referenced, and the frame is gone.
+TEST_F(Streaming, FailuresOfTheCallersObjects) {
+    SetTypes();
+    constexpr struct {
+        const char* method;
+        bool ofInput;
+        bool ofBuffer;
+    } kRows[] = {{"ConvertToContiguousBuffer", true, false},
+                 {"ConvertToContiguousBuffer", false, false},
+                 {"SetSampleDuration", false, false},
+                 {"SetSampleTime", false, false},
+                 {"Lock", true, true},
+                 {"Lock", false, true}};
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(testing::Message() << row.method << (row.ofInput ? " of input" : " of output"));
+        CComRef<IMFMediaBuffer> inBytes, outBytes;
+        MakeBuffer(m_picture, inBytes);
+        MakeBuffer(m_picture, outBytes);
+        HookedBuffer inBuffer(inBytes.Get()), outBuffer(outBytes.Get());
+        {
+            CComRef<IMFSample> inReal, outReal;
+            MakeSample(&inBuffer, inReal);
+            MakeSample(&outBuffer, outReal);
+            inReal->SetSampleTime(1);
+            inReal->SetSampleDuration(2);
+            HookedSample input(inReal.Get()), output(outReal.Get());
+            (row.ofBuffer ? (row.ofInput ? inBuffer.hook : outBuffer.hook) : (row.ofInput ? input.hook : output.hook))
+                .Fail(row.method, E_ABORT);
+            ASSERT_HR(S_OK, Mft()->ProcessInput(0, &input, 0));
+            EXPECT_EQ(1u, input.References());
+            EXPECT_HR(E_ABORT, Output(&output));
+            EXPECT_EQ(0u, input.References());
+            EXPECT_EQ(0u, output.References());
+            EXPECT_HR(MF_E_TRANSFORM_NEED_MORE_INPUT, Output(&output));
+        }
+        EXPECT_EQ(0u, inBuffer.References());
+        EXPECT_EQ(0u, outBuffer.References());
+    }
+    CComRef<IMFSample> real;
+    MakeSample(m_picture, real);
+    HookedSample sample(real.Get());
+    sample.hook.Fail("GetBufferCount", E_ABORT);
+    EXPECT_HR(E_ABORT, Mft()->ProcessInput(0, &sample, 0));
+    EXPECT_EQ(0u, sample.References());
+}
+
+TEST_F(Streaming, LockFailures) {
+    SetTypes();
+    for (const bool outputFails : {false, true}) {
+        CComRef<IMFMediaBuffer> inBytes, outBytes;
+        MakeBuffer(m_picture, inBytes);
+        MakeBuffer(m_picture, outBytes);
+        HookedBuffer input(inBytes.Get()), output(outBytes.Get());
+        if (outputFails) {
+            output.hook.Fail("Lock", E_ABORT);
+        }
+        CComRef<IMFSample> in, out;
+        MakeSample(&input, in);
+        MakeSample(&output, out);
+        ASSERT_HR(S_OK, Mft()->ProcessInput(0, in.Get(), 0));
+        EXPECT_HR(outputFails ? E_ABORT : S_OK, Output(out.Get()));
+        EXPECT_EQ(1, input.hook.calls["Lock"]);
+        EXPECT_EQ(outputFails ? 0 : 1, input.hook.calls["Unlock"]);
+        EXPECT_EQ(outputFails ? 0 : 1, output.hook.calls["Unlock"]);
+    }
+}
+
+TEST_F(Streaming, ShortBuffersAreRefused) {
+    SetTypes();
+    const std::vector<BYTE> little(kFrameBytes - 1, 7);
+    for (const bool inputIsShort : {true, false}) {
+        CComRef<IMFMediaBuffer> inBytes, outBytes;
+        MakeBuffer(inputIsShort ? little : m_picture, inBytes);
+        MakeBuffer(inputIsShort ? m_picture : little, outBytes);
+        HookedBuffer input(inBytes.Get()), output(outBytes.Get());
+        CComRef<IMFSample> in, out;
+        MakeSample(&input, in);
+        MakeSample(&output, out);
+        ASSERT_HR(S_OK, Mft()->ProcessInput(0, in.Get(), 0));
+        EXPECT_HR(MF_E_BUFFERTOOSMALL, Output(out.Get()));
+        EXPECT_EQ(0, output.hook.calls["SetCurrentLength"]);
+        EXPECT_EQ(1, input.hook.calls["Unlock"]);
+        EXPECT_EQ(1, output.hook.calls["Unlock"]);
+        EXPECT_FALSE(IsHolding());
+    }
+    // A buffer that can't tell its size is trusted.
+    CComRef<IMFMediaBuffer> bytes;
+    MakeBuffer(m_picture, bytes);
+    HookedBuffer silent(bytes.Get());
+    silent.hook.Fail("GetMaxLength", E_NOTIMPL);
+    CComRef<IMFSample> in, out;
+    MakeSample(&silent, in);
+    MakeSample(m_picture, out);
+    ASSERT_HR(S_OK, Mft()->ProcessInput(0, in.Get(), 0));
+    EXPECT_HR(S_OK, Output(out.Get()));
+}
+
+// Sizes that are none, or overflow: the frame is not touched, and its length not set.
+TEST_F(Streaming, UnprocessableFrames) {
+    constexpr struct {
+        UINT32 width, height;
+    } kSizes[] = {{16, 0xFFFFFFF8}, {0, 16}, {16, 0}, {0x40000000, 0x40000000}, {0x10000, 0x10000}, {0xFFFFFFFE, 2}};
+    int accepted = 0;
+    for (const auto& size : kSizes) {
+        SCOPED_TRACE(testing::Message() << size.width << "x" << size.height);
+        CComRef<IMFMediaType> type;
+        MakeVideoType(MFVideoFormat_YUY2, size.width, size.height, type);
+        if (FAILED(Mft()->SetInputType(0, type.Get(), 0))) {
+            continue; // the platform's own refusal
+        }
+        ++accepted;
+        ASSERT_HR(S_OK, Mft()->SetOutputType(0, type.Get(), 0));
+        EXPECT_HR(S_OK, Mft()->ProcessMessage(MFT_MESSAGE_NOTIFY_START_OF_STREAM, 0));
+        CComRef<IMFMediaBuffer> outBytes;
+        MakeBuffer(m_picture, outBytes);
+        HookedBuffer output(outBytes.Get());
+        CComRef<IMFSample> in, out;
+        MakeSample(std::vector<BYTE>(kFrameBytes, 0xEE), in);
+        MakeSample(&output, out);
+        ASSERT_HR(S_OK, Mft()->ProcessInput(0, in.Get(), 0));
+        EXPECT_HR(S_OK, Output(out.Get()));
+        EXPECT_EQ(0, output.hook.calls["SetCurrentLength"]);
+        EXPECT_EQ(m_picture, BytesOf(out.Get()));
+        EXPECT_HR(S_OK, Mft()->ProcessMessage(MFT_MESSAGE_NOTIFY_END_OF_STREAM, 0));
+    }
+    EXPECT_GT(accepted, 0);
+}
+
+// Many transforms in many threads, settings written while frames flow; each thread's last frame is right.
+TEST_F(Streaming, SeveralTransformsInSeveralThreads) {
+    const auto work = [this](int seed) {
+        TransformUnderTest own;
+        ASSERT_TRUE(own.Create());
+        IMFTransform* const mft = own.transform.Get();
+        ASSERT_HR(S_OK, mft->SetInputType(0, m_type.Get(), 0));
+        ASSERT_HR(S_OK, mft->SetOutputType(0, m_type.Get(), 0));
+        mft->ProcessMessage(MFT_MESSAGE_NOTIFY_START_OF_STREAM, 0);
+        std::thread writer([&] {
+            for (int i = 0; i < 400; ++i) {
+                own.control->put_EnableROI(i & 1 ? VARIANT_TRUE : VARIANT_FALSE);
+                own.control->put_ROIRight(seed + i);
+                own.store->SetUINT32(NMFV_DEINTERLACE_ROI_BOTTOM, static_cast<UINT32>(i) * 0x01234567u);
+                own.control->put_EnableProtectedArea(i & 2 ? VARIANT_TRUE : VARIANT_FALSE);
+                own.control->ResetToDefaultsEx(i & 1);
+            }
+        });
+        CComRef<IMFSample> in, out;
+        MakeSample(m_picture, in);
+        MakeSample(std::vector<BYTE>(kFrameBytes), out);
+        MFT_OUTPUT_DATA_BUFFER buffer{0, out.Get(), 0, nullptr};
+        DWORD status = 0;
+        for (int i = 0; i < 400; ++i) {
+            ASSERT_HR(S_OK, mft->ProcessInput(0, in.Get(), 0));
+            ASSERT_HR(S_OK, mft->ProcessOutput(0, 1, &buffer, &status));
+        }
+        writer.join();
+        own.store->SetUINT32(NMFV_DEINTERLACE_ENABLED, 0);
+        ASSERT_HR(S_OK, mft->ProcessInput(0, in.Get(), 0));
+        ASSERT_HR(S_OK, mft->ProcessOutput(0, 1, &buffer, &status));
+        EXPECT_EQ(m_picture, BytesOf(out.Get()));
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back(work, i);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+} // namespace

@@ -1,0 +1,16 @@
+# A wide register spilled to the stack with an aligned move faults on Windows, whose stack is aligned to 16 bytes only;
+# other systems may hide it. Fails when the module holds such a move.
+execute_process(COMMAND ${OBJDUMP} -d --no-show-raw-insn ${MODULE} OUTPUT_VARIABLE code RESULT_VARIABLE failed)
+if(failed)
+  message(FATAL_ERROR "${OBJDUMP} could not read ${MODULE}")
+endif()
+string(REGEX MATCH "ymm" wide "${code}")
+if(NOT wide)
+  message(FATAL_ERROR "no wide registers at all: not the module that is meant")
+endif()
+string(REGEX MATCHALL "[^\n]*vmov(aps|apd|dqa)[^\n]*\\(%r[sb]p[^\n]*" moves "${code}")
+foreach(move IN LISTS moves)
+  if(move MATCHES "ymm")
+    message(FATAL_ERROR "aligned wide move to the stack: ${move}")
+  endif()
+endforeach()

@@ -1,0 +1,128 @@
+// The shipped file: what it exports, imports and carries, and when it may go.
+#include <initguid.h>
+
+#include "tests/support/ComChecks.h"
+#include "tests/support/Module.h"
+#include "tests/support/PrivateRegistry.h"
+
+#include "NMFVDeinterlaceKeys.h"
+
+#include <algorithm>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <mfapi.h>
+
+namespace {
+
+class ShippedModule : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_user.Active());
+        ASSERT_NE(nullptr, m_module.Handle());
+    }
+
+    // A table of the loaded image.
+    template <typename Entry>
+    const Entry* Directory(int index) const {
+        const auto* base = reinterpret_cast<const BYTE*>(m_module.Handle());
+        const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+        const auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS64*>(base + dos->e_lfanew);
+        return reinterpret_cast<const Entry*>(base + nt->OptionalHeader.DataDirectory[index].VirtualAddress);
+    }
+
+    std::string TextAt(DWORD address) const { return reinterpret_cast<const char*>(m_module.Handle()) + address; }
+
+    PrivateRegistry m_user{HKEY_CURRENT_USER};
+    Module m_module;
+};
+
+TEST_F(ShippedModule, ExportsItsEntryPointsOnly) {
+    const auto* exports = Directory<IMAGE_EXPORT_DIRECTORY>(IMAGE_DIRECTORY_ENTRY_EXPORT);
+    std::vector<std::string> names;
+    const auto* addresses =
+        reinterpret_cast<const DWORD*>(reinterpret_cast<const BYTE*>(m_module.Handle()) + exports->AddressOfNames);
+    for (DWORD i = 0; i < exports->NumberOfNames; ++i) {
+        names.push_back(TextAt(addresses[i]));
+    }
+    EXPECT_EQ((std::vector<std::string>{"DllCanUnloadNow", "DllGetClassObject"}), names);
+}
+
+// Nothing that a bare Windows lacks: no compiler's run-time, no helper library.
+TEST_F(ShippedModule, ImportsSystemLibrariesOnly) {
+    const std::vector<std::string> system = {"advapi32.dll", "kernel32.dll", "mfplat.dll", "msvcrt.dll",
+                                             "ole32.dll",    "oleaut32.dll", "user32.dll", "ucrtbase.dll"};
+    int imports = 0;
+    const auto* entry = Directory<IMAGE_IMPORT_DESCRIPTOR>(IMAGE_DIRECTORY_ENTRY_IMPORT);
+    for (; entry->Name; ++entry, ++imports) {
+        std::string name = TextAt(entry->Name);
+        std::transform(name.begin(), name.end(), name.begin(),
+                       [](char c) { return static_cast<char>(std::tolower(c)); });
+        const bool known = std::find(system.begin(), system.end(), name) != system.end();
+        EXPECT_TRUE(known || name.starts_with("api-ms-win-")) << name;
+    }
+    EXPECT_GT(imports, 2);
+}
+
+TEST_F(ShippedModule, CarriesVersionAndTypeLibrary) {
+    EXPECT_NE(nullptr, FindResourceExW(m_module.Handle(), L"TYPELIB", MAKEINTRESOURCEW(1), 1033));
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(m_module.Handle(), path, MAX_PATH);
+    std::vector<BYTE> version(GetFileVersionInfoSizeW(path, nullptr));
+    ASSERT_TRUE(GetFileVersionInfoW(path, 0, static_cast<DWORD>(version.size()), version.data()));
+    VS_FIXEDFILEINFO* fixed = nullptr;
+    UINT size = 0;
+    ASSERT_TRUE(VerQueryValueW(version.data(), L"\\", reinterpret_cast<void**>(&fixed), &size));
+    EXPECT_NE(0u, fixed->dwFileVersionMS);
+    EXPECT_EQ(static_cast<DWORD>(VFT_DLL), fixed->dwFileType);
+    wchar_t* text = nullptr;
+    ASSERT_TRUE(VerQueryValueW(version.data(), L"\\StringFileInfo\\040904B0\\OriginalFilename",
+                               reinterpret_cast<void**>(&text), &size));
+    EXPECT_EQ(std::wstring(L"NMFVDeitrx.dll"), text);
+}
+
+TEST_F(ShippedModule, MayGoOnceNothingIsHeld) {
+    EXPECT_HR(S_OK, m_module.CanUnloadNow());
+    CComRef<IClassFactory> factory;
+    ASSERT_HR(S_OK, m_module.GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, factory.PutVoid()));
+    EXPECT_HR(S_OK, m_module.CanUnloadNow());
+    factory->LockServer(TRUE);
+    EXPECT_HR(S_FALSE, m_module.CanUnloadNow());
+    factory->LockServer(FALSE);
+    EXPECT_HR(S_OK, m_module.CanUnloadNow());
+    CComRef<IUnknown> unknown;
+    EXPECT_HR(CLASS_E_CLASSNOTAVAILABLE, m_module.GetClassObject(IID_IUnknown, IID_IUnknown, unknown.PutVoid()));
+    EXPECT_HR(E_NOINTERFACE, m_module.GetClassObject(CLSID_NMFVDeinterlace, IID_IDispatch, unknown.PutVoid()));
+
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([this] {
+            for (int round = 0; round < 50; ++round) {
+                CComRef<IMFTransform> transform;
+                ASSERT_HR(S_OK, m_module.CreateTransform(transform));
+                ASSERT_HR(S_FALSE, m_module.CanUnloadNow());
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_HR(S_OK, m_module.CanUnloadNow());
+}
+
+TEST_F(ShippedModule, UnloadsAndKeepsTheSettings) {
+    for (UINT32 round = 1; round <= 20; ++round) {
+        Module module;
+        CComRef<IMFTransform> transform;
+        ASSERT_HR(S_OK, module.CreateTransform(transform));
+        CComRef<IMFAttributes> store;
+        ASSERT_HR(S_OK, transform->GetAttributes(store.Put()));
+        UINT32 saved = 0;
+        store->GetUINT32(NMFV_DEINTERLACE_PATTERN_DEINTERLACE_FRAMES, &saved);
+        EXPECT_EQ(round, saved);
+        store->SetUINT32(NMFV_DEINTERLACE_PATTERN_DEINTERLACE_FRAMES, round + 1);
+    }
+}
+
+} // namespace

@@ -165,7 +165,7 @@ private:
 void RunDeinterlace(const Command& command) {
     const CPlatform platform;
     CInput input(command);
-    const ClipInfo& clip = input.Info();
+    const ClipInfo clip = input.Info();
     const StreamShape shape{input.Feed(), clip.width, clip.height, input.Rate()};
     CTransformClient client(command.options, shape);
     COutput output(command, clip, shape);
@@ -187,6 +187,7 @@ void RunDeinterlace(const Command& command) {
         }
         summary.seconds = progress.Seconds();
     }
+    input.Close();
     client.Finish();
     output.Finish();
     if (!command.options.quiet) {

@@ -83,6 +83,12 @@ void CInput::Open(const Command& command) {
     }
 }
 
+void CInput::Close() {
+    m_source.reset();
+    m_stream.reset();
+    m_reader.reset();
+}
+
 bool CInput::Read(std::uint8_t* frame) {
     try {
         if (!m_source->Next()) {

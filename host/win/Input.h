@@ -24,6 +24,9 @@ public:
     // Writes the next frame, FrameSize(Feed(), ...) bytes, to `frame`; false at the end.
     bool Read(std::uint8_t* frame);
 
+    // Lets go of the file, so that an output may take its name. Neither Info nor Read may follow.
+    void Close();
+
 private:
     void Open(const Command& command);
 

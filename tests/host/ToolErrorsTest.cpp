@@ -1,0 +1,103 @@
+// How the program fails: the code, the message, and what lies in the folder afterwards.
+#include "tests/host/ToolRun.h"
+
+namespace host {
+namespace {
+
+using ToolErrors = ToolTest;
+
+Bytes Front(Bytes bytes, std::size_t dropped) {
+    bytes.resize(bytes.size() - dropped);
+    return bytes;
+}
+
+TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
+    const Bytes clip = MakeY4m(32, 24, 3, {1});
+    Write("clip.y4m", clip);
+    Write("cut.y4m", Front(clip, 10));
+    Write("exists.y4m", {1, 2, 3});
+    Write("text.dll", {'n', 'o', ' ', 'D', 'L', 'L'});
+    Write("odd.y4m", FromText("YUV4MPEG2 W3 H2 F25:1 C422\nFRAME\n0123456789abcdef"));
+    Write("empty.y4m", {});
+    const std::vector<std::string> before = Files();
+    struct Case {
+        const char* line;
+        unsigned long code;
+        const char* said;
+    };
+    constexpr Case kCases[] = {
+        {"", 1, "no input"},
+        {"clip.y4m out.y4m --mdoe all", 1, "did you mean --mode?"},
+        {"clip.y4m out.y4m --roi 0,0,33,24", 1, "32x24"},
+        {"clip.y4m out.y4m --protect 0,0,32,25", 1, "32x24"},
+        {"absent.y4m out.y4m", 2, "absent.y4m: cannot be opened"},
+        {"cut.y4m out.y4m", 2, "inside frame 2"},
+        {"cut.y4m out.avi", 2, "inside frame 2"},
+        {"cut.y4m - --to raw", 2, "inside frame 2"},
+        {"odd.y4m out.y4m", 2, "3 pixels wide"},
+        {"empty.y4m out.y4m", 2, "empty"},
+        {"clip.y4m out.y4m --from avi", 2, "no AVI"},
+        {"- out.y4m", 2, "standard input"},
+        {"clip.y4m exists.y4m", 3, "--force"},
+        {"clip.y4m absent/out.y4m", 3, "absent/out.y4m: cannot be created"},
+        {"clip.y4m --to none --still 1 exists.y4m", 3, "--force"},
+        {"clip.y4m --to none --still 1 absent/p.png", 3, "absent/p.png"},
+        {"clip.y4m out.y4m --dll absent.dll", 4, "absent.dll: cannot be loaded"},
+        {"clip.y4m out.y4m --dll text.dll", 4, "text.dll: cannot be loaded"},
+        {"clip.y4m out.y4m --dll kernel32.dll", 4, "kernel32.dll"},
+    };
+    for (const Case& c : kCases) {
+        const ToolResult result = Run(c.line);
+        EXPECT_EQ(result.code, c.code) << c.line << ": " << result.errors;
+        EXPECT_NE(result.errors.find(c.said), std::string::npos) << c.line << ": " << result.errors;
+        EXPECT_EQ(result.errors.find("nmfvdeint: "), 0u) << result.errors;
+        EXPECT_EQ(Files(), before) << c.line;
+    }
+    EXPECT_EQ(Read("exists.y4m"), (Bytes{1, 2, 3}));
+}
+
+TEST_F(ToolErrors, AReaderThatEndsIsNamed) {
+    const ToolResult result = Run("- -", {MakeY4m(320, 240, 20, {}), 1000});
+    EXPECT_EQ(result.code, 3u);
+    EXPECT_NE(result.errors.find("standard output: the program that reads it has ended"), std::string::npos)
+        << result.errors;
+}
+
+TEST_F(ToolErrors, ForceAndKeepDoAsTheySay) {
+    const Bytes clip = MakeY4m(32, 24, 3, {1});
+    Write("clip.y4m", clip);
+    Write("cut.y4m", Front(clip, 10));
+    ASSERT_EQ(Run("clip.y4m clip.y4m --force --mode off").code, 0u); // onto itself
+    EXPECT_EQ(Read("clip.y4m").size(), clip.size());
+    const ToolResult kept = Run("cut.y4m kept.y4m --cut-off keep");
+    EXPECT_EQ(kept.code, 0u);
+    EXPECT_NE(kept.errors.find("cut off"), std::string::npos) << kept.errors;
+    EXPECT_EQ(NumberBefore(kept.errors, " frames in "), 2);
+    EXPECT_EQ(Files(), (std::vector<std::string>{"clip.y4m", "cut.y4m", "kept.y4m"}));
+}
+
+TEST_F(ToolErrors, NamesBeyondTheCodePageWork) {
+    const std::string name = "\xC3\xA4\xE6\x98\xA0.y4m";
+    Write(name, MakeY4m(32, 24, 2, {}));
+    if (Read(name).empty()) {
+        GTEST_SKIP() << "this platform makes no files of such names (Wine in a locale without UTF-8)";
+    }
+    const ToolResult result = RunTool(m_folder, {name, "\xD0\xB6.avi"});
+    EXPECT_EQ(result.code, 0u) << result.errors;
+    EXPECT_FALSE(Read("\xD0\xB6.avi").empty());
+    const ToolResult missing = RunTool(m_folder, {"\xD0\xB6.y4m", "x.avi"});
+    EXPECT_NE(missing.errors.find("\xD0\xB6.y4m"), std::string::npos) << missing.errors;
+}
+
+TEST_F(ToolErrors, QuietIsQuietAndHelpIsOnStandardOutput) {
+    const ToolResult quiet = Run("- - --quiet", {MakeY4m(32, 24, 2, {})});
+    EXPECT_EQ(quiet.code, 0u);
+    EXPECT_EQ(quiet.errors, "");
+    const ToolResult help = Run("--help");
+    EXPECT_EQ(help.code, 0u);
+    EXPECT_NE(help.Text().find("--sensitivity"), std::string::npos);
+    EXPECT_EQ(Run("--version").Text().find("nmfvdeint "), 0u);
+}
+
+} // namespace
+} // namespace host

@@ -1,0 +1,184 @@
+// What the program makes of pictures, against an oracle of the pixel rules.
+#include "tests/host/ToolRun.h"
+#include "tests/support/OraclePixels.h"
+
+#include <cstring>
+
+namespace host {
+namespace {
+
+using ToolPictures = ToolTest;
+
+OracleFrame OracleFor(Pixels pixels, int width, int height) {
+    OracleFrame frame;
+    frame.width = width;
+    frame.height = height;
+    frame.bits = TraitsOf(pixels).bits;
+    frame.topDown = !TraitsOf(pixels).bottomUp; // so regions count from the picture's top
+    return frame;
+}
+
+// Rows without their padding, which is no part of the picture.
+Bytes Deinterlaced(Pixels pixels, int width, int height, const OracleOptions& options, const Bytes& in) {
+    const std::size_t size = FrameSize(pixels, width, height);
+    Bytes out(in.size());
+    for (std::size_t at = 0; at < in.size(); at += size) {
+        OracleDeinterlace(OracleFor(pixels, width, height), options, in.data() + at, out.data() + at);
+    }
+    return out;
+}
+
+Bytes WithoutPadding(Pixels pixels, int width, int height, const Bytes& frames) {
+    Bytes out;
+    const std::size_t size = FrameSize(pixels, width, height);
+    for (std::size_t at = 0; at < frames.size(); at += size) {
+        const Bytes picture = PictureOf(PackedFrame(pixels, width, height, frames.data() + at));
+        out.insert(out.end(), picture.begin(), picture.end());
+    }
+    return out;
+}
+
+TEST_F(ToolPictures, EveryFormatAndMethodFollowsTheRules) {
+    struct Case {
+        Pixels pixels;
+        int width, height;
+        const char* options;
+        OracleOptions oracle;
+    };
+    OracleOptions merge;
+    merge.merge = true;
+    OracleOptions odd;
+    OracleOptions even;
+    even.even = true;
+    OracleOptions part = merge;
+    part.useRegion = true;
+    part.left = 4;
+    part.top = 1;
+    part.right = 14;
+    part.bottom = 7;
+    OracleOptions partEven = part;
+    partEven.merge = false;
+    partEven.even = true;
+    const Case cases[] = {
+        {Pixels::Rgb24, 17, 9, "", merge},
+        {Pixels::Rgb24, 17, 9, "--method rebuild", odd},
+        {Pixels::Rgb24, 17, 9, "--method rebuild --even", even},
+        {Pixels::Rgb24, 17, 9, "--roi 4,1,14,7", part},
+        {Pixels::Yuy2, 16, 10, "--method merge", merge},
+        {Pixels::Yuy2, 16, 10, "--method rebuild --odd", odd},
+        {Pixels::Yuy2, 16, 10, "--method rebuild --even --roi 4,1,14,7", partEven},
+        {Pixels::Uyvy, 16, 9, "--method rebuild --even", even},
+        {Pixels::Uyvy, 16, 9, "--roi 4,1,14,7", part},
+        {Pixels::Iyu2, 15, 9, "", merge},
+        {Pixels::Iyu2, 15, 9, "--method rebuild --even --roi=4,1,14,7 --protect 1,1,9,9", partEven},
+    };
+    for (const Case& c : cases) {
+        const Bytes in = RandomBytes(3 * FrameSize(c.pixels, c.width, c.height), 77);
+        Write("in.raw", in);
+        const std::string size = std::to_string(c.width) + "x" + std::to_string(c.height);
+        const ToolResult result =
+            Run("in.raw out.raw --force --mode all --raw " + size + ":" + TraitsOf(c.pixels).name + "@25 " + c.options);
+        ASSERT_EQ(result.code, 0u) << result.errors;
+        EXPECT_EQ(WithoutPadding(c.pixels, c.width, c.height, Read("out.raw")),
+                  WithoutPadding(c.pixels, c.width, c.height, Deinterlaced(c.pixels, c.width, c.height, c.oracle, in)))
+            << TraitsOf(c.pixels).name << " " << c.options;
+    }
+}
+
+TEST_F(ToolPictures, PipesAndFilesAndFormatsAgree) {
+    const Bytes clip = MakeY4m(32, 24, 6, {1, 2});
+    Write("in.y4m", clip);
+    ASSERT_EQ(Run("in.y4m file.y4m").code, 0u);
+    const Bytes want = Read("file.y4m");
+    EXPECT_NE(want, clip);
+
+    const ToolResult piped = Run("- -", {clip});
+    EXPECT_EQ(piped.code, 0u) << piped.errors;
+    EXPECT_EQ(piped.output, want);
+
+    // By way of AVI, which says nothing of the pixels' aspect.
+    ASSERT_EQ(Run("in.y4m between.avi").code, 0u);
+    ASSERT_EQ(Run("between.avi again.y4m --mode off").code, 0u);
+    const Bytes again = Read("again.y4m");
+    const auto frames = [](const Bytes& file) { return Bytes(std::find(file.begin(), file.end(), '\n'), file.end()); };
+    EXPECT_EQ(frames(again), frames(want));
+}
+
+// At one frame per second the hold is five frames, and blending changes every frame of this clip.
+TEST_F(ToolPictures, SummaryCountsWhatTheTransformDid) {
+    struct Case {
+        std::vector<int> combed;
+        const char* options;
+        long called, deinterlaced, changed;
+    };
+    const Case cases[] = {
+        {{3}, "", 1, 5, 5},
+        {{3, 5}, "", 2, 7, 7},
+        {{10, 11}, "", 2, 2, 2},
+        {{}, "", 0, 0, 0},
+        {{3}, "--sensitivity 8", 0, 0, 0},
+        {{3}, "--mode all", -1, -1, 12},
+        {{3}, "--mode off", -1, -1, 0},
+    };
+    for (const Case& c : cases) {
+        const ToolResult result = Run(std::string("- --to none ") + c.options, {MakeY4m(32, 24, 12, c.combed, "1:1")});
+        ASSERT_EQ(result.code, 0u) << result.errors;
+        EXPECT_EQ(NumberBefore(result.errors, " frames in "), 12) << result.errors;
+        const std::string called = c.called == 1 ? " frame interlaced" : " frames interlaced";
+        EXPECT_EQ(NumberBefore(result.errors, called), c.called) << result.errors;
+        EXPECT_EQ(NumberBefore(result.errors, " frames were deinterlaced"), c.deinterlaced) << result.errors;
+        EXPECT_EQ(NumberBefore(result.errors, " frames came out different"), c.changed) << result.errors;
+    }
+}
+
+std::uint32_t Big32(const Bytes& bytes, std::size_t at) {
+    return std::uint32_t{bytes[at]} << 24 | bytes[at + 1] << 16 | bytes[at + 2] << 8 | bytes[at + 3];
+}
+
+TEST_F(ToolPictures, StillIsAPictureOfBothSides) {
+    const Bytes clip = MakeY4m(64, 48, 4, {2});
+    const ToolResult result = Run("- --to none --still 2 p.png --still 0,q.png", {clip});
+    ASSERT_EQ(result.code, 0u) << result.errors;
+    EXPECT_EQ(Files(), (std::vector<std::string>{"p.png", "q.png"}));
+    const Bytes png = Read("p.png");
+    ASSERT_GT(png.size(), 33u);
+    EXPECT_EQ(std::memcmp(png.data(), "\x89PNG\r\n\x1a\n", 8), 0);
+    EXPECT_GT(Big32(png, 16), 2 * 64u);
+    EXPECT_GT(Big32(png, 20), 2 * 48u);
+
+    // The clip is written all the same when a picture's frame is not there.
+    const ToolResult missing = Run("- out.y4m --still 9 r.png", {clip});
+    EXPECT_EQ(missing.code, 2u);
+    EXPECT_NE(missing.errors.find("4 frames"), std::string::npos) << missing.errors;
+    EXPECT_EQ(Files(), (std::vector<std::string>{"out.y4m", "p.png", "q.png"}));
+}
+
+// The sensitivity that an analysis recommends makes the transform pick the combed frames and no others.
+TEST_F(ToolPictures, AnalysisNamesASensitivityThatWorks) {
+    Bytes clip = MakeY4m(64, 48, 10, {});
+    // A comb of eight pixels' width in frames 4 and 7: too little for the normal sensitivity.
+    const std::size_t header = static_cast<std::size_t>(std::find(clip.begin(), clip.end(), '\n') - clip.begin()) + 1;
+    for (const std::size_t frame : {4, 7}) {
+        for (std::size_t y = 0; y < 48; ++y) {
+            std::uint8_t* const row = clip.data() + header + frame * (6 + 64 * 48 * 2) + 6 + y * 64;
+            std::fill(row, row + 4, static_cast<std::uint8_t>(y % 2 ? 220 : 30));
+        }
+    }
+    const ToolResult analysis = Run("analyse -", {clip});
+    ASSERT_EQ(analysis.code, 0u) << analysis.errors;
+    EXPECT_EQ(NumberBefore(analysis.Text(), " of 10 frames are called interlaced"), 0) << analysis.Text();
+    const std::string option = "--sensitivity ";
+    const std::size_t at = analysis.Text().find(option);
+    ASSERT_NE(at, std::string::npos) << analysis.Text();
+    const std::string value = analysis.Text().substr(at + option.size(), 5);
+    const ToolResult run = Run("- --to none --sensitivity " + value.substr(0, value.find(' ')), {clip});
+    EXPECT_EQ(NumberBefore(run.errors, " frames interlaced"), 2) << run.errors;
+
+    const ToolResult csv = Run("analyse - --csv --sensitivity 0.1", {clip});
+    EXPECT_EQ(csv.Text().find("frame,count,threshold,ratio,verdict"), 0u);
+    EXPECT_EQ(std::count(csv.output.begin(), csv.output.end(), '\n'), 11);
+    EXPECT_NE(csv.Text().find("\n7,"), std::string::npos);
+}
+
+} // namespace
+} // namespace host

@@ -3,41 +3,50 @@
 
 # Starts Xvfb, which picks a free number itself, and sets display_pid and DISPLAY.
 start_display() {
-    local number
     mkfifo "$1/number"
     (inside Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -extension GLX) \
-        3<>"$1/number" >"$1/log" 2>&1 </dev/null &
+        3<>"$1/number" >"$1/log" 2>&1 </dev/null {display_lock}>&- &
     display_pid=$!
-    if ! read -r -t 20 number <>"$1/number"; then
+    if ! read -r -t 20 display_number <>"$1/number"; then
         echo "wine: Xvfb did not start: $(tail -n 1 "$1/log")" >&2
         return 1
     fi
-    export DISPLAY=:$number
+    export DISPLAY=:$display_number
     unset WAYLAND_DISPLAY
 }
 
 end_display() {
     (inside "$server" -k) 2>/dev/null || true
-    [[ -z $display_pid ]] || kill "$display_pid" 2>/dev/null || true
+    if [[ -n $display_pid ]]; then
+        kill "$display_pid" 2>/dev/null || true
+        wait "$display_pid" 2>/dev/null || true
+        rm -f "/tmp/.X11-unix/X$display_number"
+    fi
     rm -rf "$display_files"
 }
 
-# Runs the program and exits with its code. One at a time: they share a desktop.
-run_with_display() {
-    local lock status=0
-    exec {lock}>"$build/display.lock"
-    flock "$lock"
+# Takes the lock, the prefix with a desktop and a display. One program at a time: they would share a desktop.
+begin_display() {
+    exec {display_lock}>"$build/display.lock"
+    flock "$display_lock"
     if [[ -z ${NMFV_WINEPREFIX:-} ]]; then
         [[ -d $build/wine-prefix-display ]] || cp -a --reflink=auto "$WINEPREFIX" "$build/wine-prefix-display"
         export WINEPREFIX=$build/wine-prefix-display
     fi
-    display_pid=
     display_files=$(mktemp -d)
-    trap end_display EXIT
-    trap 'kill "$program_pid" 2>/dev/null' INT TERM
-    start_display "$display_files" || exit 1
-    (inside "$loader" "$@") {lock}>&- <&0 &
-    program_pid=$!
-    wait "$program_pid" || status=$?
-    exit "$status"
+    start_display "$display_files"
+}
+
+# run_with_display PROGRAM...: sets display_status to the program's exit code.
+run_with_display() {
+    display_pid='' display_number=none program_pid='' display_status=0
+    trap '[[ -z $program_pid ]] || kill "$program_pid" 2>/dev/null' INT TERM
+    if begin_display; then
+        (inside "$loader" "$@") <&0 {display_lock}>&- &
+        program_pid=$!
+        wait "$program_pid" || display_status=$?
+    else
+        display_status=1
+    fi
+    end_display
 }

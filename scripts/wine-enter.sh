@@ -29,7 +29,7 @@ enter_by_bwrap() {
     for folder in bin sbin lib lib64; do binds+=(--symlink "usr/$folder" "/$folder"); done
     for folder in passwd group; do binds+=(--ro-bind "/etc/$folder" "/etc/$folder"); done
     for folder in "${host_folders[@]}"; do binds+=(--bind "$folder" "$folder"); done
-    exec bwrap "${binds[@]}" --dev-bind /dev /dev --proc /proc --ro-bind /sys /sys -- "$@"
+    exec bwrap "${binds[@]}" --dev-bind /dev /dev --proc /proc --ro-bind /sys /sys --die-with-parent -- "$@"
 }
 
 # enter_by_chroot ROOT ACCESS COMMAND...: for machines where bubblewrap may make no namespaces; needs root or

@@ -1,7 +1,6 @@
 #include "engine/DeinterlaceFilter.h"
 
 #include "diag/Trace.h"
-#include "engine/AutoHold.h"
 #include "engine/DeinterlaceLines.h"
 #include "engine/InterlaceDetector.h"
 #include "settings/SettingsBlob.h"

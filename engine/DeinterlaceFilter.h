@@ -1,6 +1,7 @@
 // The frame driver: one input frame's pixels to one output frame's pixels, as the settings say at that moment.
 #pragma once
 
+#include "engine/AutoHold.h"
 #include "engine/FrameBuffer.h"
 #include "engine/FrameRegion.h"
 #include "engine/FrameSettings.h"
@@ -58,9 +59,9 @@ private:
 
     INT64 m_rtStreamTimePerFrame = 0; // 100 ns, when streaming started
     INT32 m_lAutoHoldCounter = 0;
-    INT32 m_lAutoHoldFrames = 0;
-    CFrameBuffer m_pSavedFrame;   // the untouched input, for the protected area
-    CFrameBuffer m_pScratchFrame; // Kept: allocated with the other, used by no frame path
+    INT32 m_lAutoHoldFrames = HoldFrames(0); // so a client that never announces its stream gets the automatic mode too
+    CFrameBuffer m_pSavedFrame;              // the untouched input, for the protected area
+    CFrameBuffer m_pScratchFrame;            // Kept: allocated with the other, used by no frame path
     std::unique_ptr<ColorEntry[]> m_pColorTable;
     PatternSnapshot m_pattern;
 };

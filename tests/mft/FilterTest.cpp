@@ -160,6 +160,18 @@ TEST_F(Filter, HoldLastsFiveSecondsOfFrames) {
     EXPECT_EQ(m_input, m_output); // the end of the stream ends the hold
 }
 
+// A client that never announces its stream gets the hold of an unknown frame rate.
+TEST_F(Filter, AutomaticModeBeforeTheStreamStarts) {
+    SetFormat(64, 48, 24);
+    Stripes(1);
+    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    Stripes(2);
+    for (int i = 0; i < 149; ++i) {
+        EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data())) << i;
+    }
+    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data()));
+}
+
 TEST_F(Filter, SensitivityDecides) {
     SetFormat(64, 48, 24);
     m_random.Fill(m_input);

@@ -42,28 +42,34 @@ CColorMatrix::CColorMatrix(bool highDefinition, bool fullRange)
     m_vR = -m_vG - m_vB;
 }
 
-void CColorMatrix::ToBgr(std::uint8_t* bgr, const std::uint8_t* y, const std::uint8_t* u, const std::uint8_t* v,
-                         int width) const {
-    for (int x = 0; x < width; ++x) {
-        const int luma = (y[x] - m_base) * m_lumaToRgb;
-        const int du = u[x] - 128;
-        const int dv = v[x] - 128;
-        bgr[3 * x] = Byte(luma + du * m_blueU);
-        bgr[3 * x + 1] = Byte(luma + du * m_greenU + dv * m_greenV);
-        bgr[3 * x + 2] = Byte(luma + dv * m_redV);
-    }
+// One loop per component: short loops over plain rows are what compilers turn into vectors.
+void CColorMatrix::ToRgb(std::uint8_t* const (&bgr)[3], const std::uint8_t* y, const std::uint8_t* u,
+                         const std::uint8_t* v, int width) const {
+    const int luma = m_lumaToRgb;
+    const int base = m_base;
+    const auto component = [=](std::uint8_t* out, int fromU, int fromV) {
+        for (int x = 0; x < width; ++x) {
+            out[x] = Byte((y[x] - base) * luma + (u[x] - 128) * fromU + (v[x] - 128) * fromV);
+        }
+    };
+    component(bgr[0], m_blueU, 0);
+    component(bgr[1], m_greenU, m_greenV);
+    component(bgr[2], 0, m_redV);
 }
 
-void CColorMatrix::FromBgr(std::uint8_t* y, std::uint8_t* u, std::uint8_t* v, const std::uint8_t* bgr, int step,
+void CColorMatrix::FromRgb(std::uint8_t* y, std::uint8_t* u, std::uint8_t* v, const std::uint8_t* const (&bgr)[3],
                            int width) const {
-    for (int x = 0; x < width; ++x, bgr += step) {
-        const int b = bgr[0];
-        const int g = bgr[1];
-        const int r = bgr[2];
-        y[x] = Byte(r * m_lumaR + g * m_lumaG + b * m_lumaB + m_base * 65536);
-        u[x] = Byte(r * m_uR + g * m_uG + b * m_uB + 128 * 65536);
-        v[x] = Byte(r * m_vR + g * m_vG + b * m_vB + 128 * 65536);
-    }
+    const std::uint8_t* const blue = bgr[0];
+    const std::uint8_t* const green = bgr[1];
+    const std::uint8_t* const red = bgr[2];
+    const auto component = [=](std::uint8_t* out, int fromR, int fromG, int fromB, int offset) {
+        for (int x = 0; x < width; ++x) {
+            out[x] = Byte(red[x] * fromR + green[x] * fromG + blue[x] * fromB + offset);
+        }
+    };
+    component(y, m_lumaR, m_lumaG, m_lumaB, m_base * 65536);
+    component(u, m_uR, m_uG, m_uB, 128 * 65536);
+    component(v, m_vR, m_vG, m_vB, 128 * 65536);
 }
 
 } // namespace host

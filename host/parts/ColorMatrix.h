@@ -10,9 +10,11 @@ class CColorMatrix {
 public:
     CColorMatrix(bool highDefinition, bool fullRange);
 
-    // `width` pixels of B G R from luma and full-width chroma, and back; `step` is 3 or 4 bytes per pixel.
-    void ToBgr(std::uint8_t* bgr, const std::uint8_t* y, const std::uint8_t* u, const std::uint8_t* v, int width) const;
-    void FromBgr(std::uint8_t* y, std::uint8_t* u, std::uint8_t* v, const std::uint8_t* bgr, int step, int width) const;
+    // `width` samples of blue, green and red from luma and full-width chroma, and back. Rows do not overlap.
+    void ToRgb(std::uint8_t* const (&bgr)[3], const std::uint8_t* y, const std::uint8_t* u, const std::uint8_t* v,
+               int width) const;
+    void FromRgb(std::uint8_t* y, std::uint8_t* u, std::uint8_t* v, const std::uint8_t* const (&bgr)[3],
+                 int width) const;
 
 private:
     int m_base; // luma of black

@@ -8,8 +8,9 @@ namespace host {
 
 namespace {
 
-// Work rows: luma, the two chroma rows, the two rescaled chroma rows, the chroma pairs before they are separated.
-enum Work { kLuma, kU, kV, kRescaledU, kRescaledV, kPairs, kWorkRows };
+// Work rows: luma, the two chroma rows, the two rescaled chroma rows, the chroma pairs before they are separated, the
+// three colours before they are interleaved or after they were taken apart.
+enum Work { kLuma, kU, kV, kRescaledU, kRescaledV, kPairs, kBlue, kGreen, kRed, kWorkRows };
 
 bool NeedsWide(Layout layout) {
     return layout == Layout::Iyu2 || layout == Layout::Rgb24 || layout == Layout::Planar444;
@@ -56,11 +57,20 @@ void Unpack422(std::uint8_t* y, std::uint8_t* u, std::uint8_t* v, const std::uin
     }
 }
 
-void PackIyu2(std::uint8_t* out, const std::uint8_t* y, const std::uint8_t* u, const std::uint8_t* v, int width) {
+void Interleave(std::uint8_t* out, const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* c, int width) {
     for (int x = 0; x < width; ++x) {
-        out[3 * x] = u[x];
-        out[3 * x + 1] = y[x];
-        out[3 * x + 2] = v[x];
+        out[3 * x] = a[x];
+        out[3 * x + 1] = b[x];
+        out[3 * x + 2] = c[x];
+    }
+}
+
+template <int Step>
+void TakeApart(std::uint8_t* a, std::uint8_t* b, std::uint8_t* c, const std::uint8_t* in, int width) {
+    for (int x = 0; x < width; ++x) {
+        a[x] = in[Step * x];
+        b[x] = in[Step * x + 1];
+        c[x] = in[Step * x + 2];
     }
 }
 
@@ -147,27 +157,22 @@ CFrameConverter::YuvRow CFrameConverter::ReadPacked422(const FrameView& in, int 
 }
 
 CFrameConverter::YuvRow CFrameConverter::ReadIyu2(const std::uint8_t* row) {
-    for (int x = 0; x < m_width; ++x) {
-        WorkRow(kU)[x] = row[3 * x];
-        WorkRow(kLuma)[x] = row[3 * x + 1];
-        WorkRow(kV)[x] = row[3 * x + 2];
-    }
+    TakeApart<3>(WorkRow(kU), WorkRow(kLuma), WorkRow(kV), row, m_width);
     return {WorkRow(kLuma), WorkRow(kU), WorkRow(kV), true};
 }
 
 CFrameConverter::YuvRow CFrameConverter::ReadBgr(const std::uint8_t* row, int step) {
-    if (m_to == Layout::Rgb24) { // another byte count per pixel is the only difference
-        for (int x = 0; x < m_width; ++x) {
-            std::memcpy(m_work.data() + 3 * std::size_t(x), row + std::size_t(step) * std::size_t(x), 3);
-        }
-        return {m_work.data(), nullptr, nullptr, true};
+    (step == 3 ? &TakeApart<3> : &TakeApart<4>)(WorkRow(kBlue), WorkRow(kGreen), WorkRow(kRed), row, m_width);
+    if (m_to == Layout::Rgb24) { // no luma is wanted: another byte count per pixel is the only difference
+        return {nullptr, nullptr, nullptr, true};
     }
-    m_matrix.FromBgr(WorkRow(kLuma), WorkRow(kU), WorkRow(kV), row, step, m_width);
+    m_matrix.FromRgb(WorkRow(kLuma), WorkRow(kU), WorkRow(kV), {WorkRow(kBlue), WorkRow(kGreen), WorkRow(kRed)},
+                     m_width);
     return {WorkRow(kLuma), WorkRow(kU), WorkRow(kV), true};
 }
 
 CFrameConverter::YuvRow CFrameConverter::Rescaled(YuvRow row) {
-    if (row.u == nullptr || row.wide == NeedsWide(m_to)) {
+    if (row.y == nullptr || row.wide == NeedsWide(m_to)) {
         return row;
     }
     if (row.wide) {
@@ -190,14 +195,13 @@ void CFrameConverter::WriteRow(const YuvRow& row, const FrameTarget& out, int y)
         Pack422<1>(first, row.y, row.u, row.v, m_width / 2);
         return;
     case Layout::Iyu2:
-        PackIyu2(first, row.y, row.u, row.v, m_width);
+        Interleave(first, row.u, row.y, row.v, m_width);
         return;
     case Layout::Rgb24:
-        if (row.u == nullptr) {
-            std::memcpy(first, row.y, BytesPerRow(m_to, 0, m_width));
-        } else {
-            m_matrix.ToBgr(first, row.y, row.u, row.v, m_width);
+        if (row.y != nullptr) {
+            m_matrix.ToRgb({WorkRow(kBlue), WorkRow(kGreen), WorkRow(kRed)}, row.y, row.u, row.v, m_width);
         }
+        Interleave(first, WorkRow(kBlue), WorkRow(kGreen), WorkRow(kRed), m_width);
         return;
     default:
         std::memcpy(first, row.y, BytesPerRow(m_to, 0, m_width));

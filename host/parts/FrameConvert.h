@@ -19,7 +19,8 @@ public:
     void Convert(const FrameView& in, const FrameTarget& out, bool fieldChroma);
 
 private:
-    // One row as separate samples: full or half chroma width. The pointers are into the input or into work rows.
+    // One row as separate samples: full or half chroma width. The pointers are into the input or into work rows; null
+    // ones say that the row is in the work rows of the three colours and needs no luma.
     struct YuvRow {
         const std::uint8_t* y;
         const std::uint8_t* u;

@@ -115,6 +115,14 @@ private:
     std::uint64_t m_written = 0;
 };
 
+// A file marked so disappears with its last handle, however the process ends. Where the file system cannot do that,
+// the destructor below is what removes an unfinished file.
+bool MarkForDeletion(HANDLE file, bool mark) {
+    FILE_DISPOSITION_INFO disposition{};
+    disposition.DeleteFile = mark;
+    return SetFileInformationByHandle(file, FileDispositionInfo, &disposition, sizeof disposition) != 0;
+}
+
 class CFileOutput final : public CHandleOutput {
 public:
     CFileOutput(CHandle handle, HANDLE raw, const std::string& name, std::wstring path, std::wstring temporary,
@@ -122,7 +130,8 @@ public:
         : CHandleOutput(std::move(handle), raw, name)
         , m_path(std::move(path))
         , m_temporary(std::move(temporary))
-        , m_replace(replace) {}
+        , m_replace(replace)
+        , m_marked(MarkForDeletion(raw, true)) {}
     CFileOutput(const CFileOutput&) = delete;
     CFileOutput& operator=(const CFileOutput&) = delete;
     ~CFileOutput() override {
@@ -143,6 +152,9 @@ public:
     }
 
     void Commit() override {
+        if (m_marked && !MarkForDeletion(Get(), false)) {
+            Fail(ExitCode::Output, Name() + ": the finished file cannot be kept: " + ErrorText(GetLastError()));
+        }
         Close();
         if (!MoveFileExW(m_temporary.c_str(), m_path.c_str(), m_replace ? MOVEFILE_REPLACE_EXISTING : 0)) {
             Fail(ExitCode::Output, Name() + ": the finished file cannot get its name: " + ErrorText(GetLastError()));
@@ -154,6 +166,7 @@ private:
     std::wstring m_path;
     std::wstring m_temporary;
     bool m_replace;
+    bool m_marked;
     bool m_committed = false;
 };
 
@@ -188,17 +201,15 @@ std::unique_ptr<IOutput> OpenOutput(const std::string& path, bool replace) {
         return std::make_unique<CHandleOutput>(CHandle(), GetStdHandle(STD_OUTPUT_HANDLE), "standard output");
     }
     const std::wstring wide = ToWide(path);
-    if (GetFileAttributesW(wide.c_str()) != INVALID_FILE_ATTRIBUTES) {
-        if (auto device = OpenDevice(wide, path)) {
-            return device;
-        }
-        if (!replace) {
-            Fail(ExitCode::Output, path + ": exists already. Name another file, or add --force to replace it.");
-        }
+    if (auto device = OpenDevice(wide, path)) {
+        return device;
+    }
+    if (!replace && GetFileAttributesW(wide.c_str()) != INVALID_FILE_ATTRIBUTES) {
+        Fail(ExitCode::Output, path + ": exists already. Name another file, or add --force to replace it.");
     }
     std::wstring temporary = wide + L"." + std::to_wstring(GetCurrentProcessId()) + L".part";
-    CHandle file(
-        CreateFileW(temporary.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    CHandle file(CreateFileW(temporary.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
+                             FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) {
         Fail(ExitCode::Output, path + ": cannot be created: " + ErrorText(GetLastError()));
     }

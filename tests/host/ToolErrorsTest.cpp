@@ -63,6 +63,14 @@ TEST_F(ToolErrors, AReaderThatEndsIsNamed) {
         << result.errors;
 }
 
+// Not even its temporary file is left by a program that could clean nothing up.
+TEST_F(ToolErrors, AKilledRunLeavesNothing) {
+    for (const char* line : {"- out.y4m", "- out.avi"}) {
+        EXPECT_EQ(Run(line, {MakeY4m(32, 24, 5, {}), SIZE_MAX, true}).code, 99u);
+        EXPECT_TRUE(Files().empty()) << line;
+    }
+}
+
 TEST_F(ToolErrors, ForceAndKeepDoAsTheySay) {
     const Bytes clip = MakeY4m(32, 24, 3, {1});
     Write("clip.y4m", clip);

@@ -24,7 +24,7 @@ struct Pipe {
     }
 };
 
-void Feed(HANDLE pipe, const Bytes& bytes) {
+void Feed(HANDLE pipe, const Bytes& bytes, const std::function<void()>& beforeEnd) {
     DWORD done = 0;
     for (std::size_t at = 0; at < bytes.size(); at += done) {
         const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - at, 65536));
@@ -32,7 +32,26 @@ void Feed(HANDLE pipe, const Bytes& bytes) {
             break;
         }
     }
+    beforeEnd();
     CloseHandle(pipe);
+}
+
+bool HasUnfinishedFile(const std::filesystem::path& folder) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == ".part") {
+            return true;
+        }
+    }
+    return false;
+}
+
+void KillWhenUnfinished(HANDLE process, const std::filesystem::path& folder) {
+    for (int i = 0; i < 500 && !HasUnfinishedFile(folder); ++i) {
+        Sleep(20);
+    }
+    EXPECT_TRUE(HasUnfinishedFile(folder));
+    TerminateProcess(process, 99);
+    WaitForSingleObject(process, INFINITE);
 }
 
 Bytes Drain(HANDLE pipe, std::size_t limit) {
@@ -86,7 +105,13 @@ ToolResult RunTool(const std::filesystem::path& folder, const std::vector<std::s
     CloseHandle(in.read);
     CloseHandle(out.write);
     CloseHandle(errors.write);
-    std::thread feeder([&] { Feed(in.write, input.bytes); });
+    std::thread feeder([&] {
+        Feed(in.write, input.bytes, [&] {
+            if (input.kill) {
+                KillWhenUnfinished(process.hProcess, folder);
+            }
+        });
+    });
     std::thread listener([&] {
         const Bytes text = Drain(errors.read, SIZE_MAX);
         result.errors.assign(text.begin(), text.end());

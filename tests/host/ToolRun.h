@@ -20,6 +20,7 @@ struct ToolResult {
 struct ToolInput {
     Bytes bytes;
     std::size_t readAtMost = SIZE_MAX; // of standard output, which is closed then
+    bool kill = false;                 // end the program by force once an unfinished file of it can be seen
 };
 
 // nmfvdeint.exe beside the test program, its standard streams connected to pipes. Paths are relative to the folder.

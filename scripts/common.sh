@@ -41,7 +41,7 @@ wait_telling() {
     local pid=$1 label=$2 log=$3 begin=$SECONDS told=$SECONDS
     while kill -0 "$pid" 2>/dev/null; do
         sleep 0.2
-        if ((SECONDS - told >= 5)); then
+        if ((SECONDS - told >= 10)); then
             told=$SECONDS
             printf -- '   %s: %d s  %s\n' "$label" $((SECONDS - begin)) "$(last_words "$log")"
         fi

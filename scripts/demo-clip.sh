@@ -44,6 +44,6 @@ interlaced_clip() {
     ffmpeg -v error -nostdin -y -stream_loop -1 -i "$nmfv_clip" -an -filter_complex \
         "fps=60,format=yuv422p,crop=1280:720:x='$x':y=180,tinterlace=mode=interleave_top,trim=end_frame=210,split[a][b];
          [b]scale=interl=1,format=yuv420p[c]" \
-        -map '[c]' -c:v libx264 -preset veryfast -crf 18 -flags +ildct+ildme -movflags +faststart "$copy" \
+        -map '[c]' -c:v libx264 -preset veryfast -crf 18 -flags +ildct+ilme -movflags +faststart "$copy" \
         -map '[a]' -strict -1 -f yuv4mpegpipe -
 }

@@ -46,6 +46,8 @@ TEST(FrameShape, StridesAndBytes) {
         const FrameShape otherStride{c.width, c.height, c.bits, c.stride + 4, false};
         EXPECT_FALSE(otherStride.IsProcessable());
     }
+    const FrameShape rowBeyond32Bits{1 << 27, 1, 32, 1 << 29, false};
+    EXPECT_FALSE(rowBeyond32Bits.IsProcessable());
 }
 
 TEST(FrameShape, RowBytesRoundTowardZero) {

@@ -197,24 +197,29 @@ TEST(Frames, WildShapesAreRefusedOrHoldTheirArea) {
     EXPECT_GT(processable, 10'000);
 }
 
-TEST(Frames, RegionsOfPixelPairs) {
-    const FrameShape shape = ShapeOf(720, 480, 16, false);
-    constexpr struct {
+TEST(Frames, RegionsByExample) {
+    const FrameShape pairs = ShapeOf(720, 480, 16, false);
+    const FrameShape topDown = ShapeOf(721, 480, 24, true);
+    const FrameShape widest = ShapeOf(0x0FFFFFFE, 2, 16, false); // its bits fill 32 of them unsigned
+    const struct {
+        FrameShape shape;
         Region region;
         ProcessedArea area;
     } kCases[] = {
-        {{5, 0, 10, 480}, {8, 6, 480}},
-        {{6, 0, 7, 1}, {479 * 1440 + 12, 2, 1}},
-        {{7, 10, 8, 20}, {460 * 1440 + 12, 2, 10}},
-        {{719, 479, 720, 480}, {1436, 2, 1}},
-        {{5, 0, 5, 480}, {0, 0, 0}},
-        {{INT_MIN, INT_MIN, INT_MAX, INT_MAX}, {0, 720, 480}},
-        {{INT_MAX, 0, INT_MIN, 480}, {0, 0, 0}},
+        {pairs, {5, 0, 10, 480}, {8, 6, 480}},
+        {pairs, {6, 0, 7, 1}, {479 * 1440 + 12, 2, 1}},
+        {pairs, {7, 10, 8, 20}, {460 * 1440 + 12, 2, 10}},
+        {pairs, {719, 479, 720, 480}, {1436, 2, 1}},
+        {pairs, {5, 0, 5, 480}, {0, 0, 0}},
+        {pairs, {INT_MIN, INT_MIN, INT_MAX, INT_MAX}, {0, 720, 480}},
+        {pairs, {INT_MAX, 0, INT_MIN, 480}, {0, 0, 0}},
+        {topDown, {5, 7, 900, 900}, {7 * 2164 + 15, 716, 473}},
+        {widest, {0x0F000001, 0, INT_MAX, 1}, {0x1FFFFFFC + 0x1E000000, 0x00FFFFFE, 1}},
     };
     for (const auto& c : kCases) {
-        const ProcessedArea area = PlaceRegion(shape, c.region);
+        const ProcessedArea area = PlaceRegion(c.shape, c.region);
         EXPECT_TRUE(area.offset == c.area.offset && area.width == c.area.width && area.rows == c.area.rows)
-            << FrameCase{shape, kMethods[0], true, c.region} << ": " << area.offset << " " << area.width << " "
+            << FrameCase{c.shape, kMethods[0], true, c.region} << ": " << area.offset << " " << area.width << " "
             << area.rows;
     }
 }

@@ -35,6 +35,10 @@ void CutToFrame(const FrameShape& shape, RowWalk& walk) {
     }
     const std::int64_t reach = (shape.Bytes() - walk.start + shape.stride - 1) / shape.stride;
     walk.rows = std::min(walk.rows, reach);
+    if (walk.length >= shape.stride && walk.rows > 0) { // rows that touch or overlap are one block
+        walk.length += (walk.rows - 1) * shape.stride;
+        walk.rows = 1;
+    }
 }
 
 void CopyRow(std::uint8_t* output, const std::uint8_t* saved, std::int64_t frameBytes, std::int64_t start,

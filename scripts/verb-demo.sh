@@ -25,7 +25,8 @@ rm -rf "$demo"
 mkdir -p "$demo"
 need_space "$demo" 200 "the demo"
 say "demo: a phone's recording, cut to a window of 1280x720 that rests and pans by $nmfv_demo_pan pixels a field;"
-say "demo: 210 frames as RGB24, --mode auto --method rebuild, sensitivity 1 (the default): the rests should pass unchanged"
+say "demo: 210 frames as RGB24, --mode auto --method rebuild, sensitivity 1 (the default);"
+say "demo: frames of the rests are not interlaced, and pass unchanged but for five seconds after an interlaced one"
 keep_server
 step "demo: deinterlacing" deinterlace_clip || {
     cat "$demo/summary.txt" >&2

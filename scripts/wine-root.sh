@@ -19,7 +19,7 @@ nmfv_wine_left_out=(
 )
 
 # Raised when the way in which the root is made changes.
-nmfv_wine_recipe=1
+nmfv_wine_recipe=2
 
 wine_root_path() {
     local stamp
@@ -100,6 +100,8 @@ finish_root() {
         echo 'include /etc/ld.so.conf.d/*.conf' >"$root/etc/ld.so.conf" &&
         printf '/usr/lib/x86_64-linux-gnu/%s\n' blas lapack >"$root/etc/ld.so.conf.d/chosen.conf" &&
         /sbin/ldconfig -r "$root" &&
+        # Relative patterns need a working folder, and one that came from another run's mounts has no name.
+        sed -i '/<selectfont>/,/<\/selectfont>/d' "$root/etc/fonts/fonts.conf" &&
         run_wine_setup "$folder" "$root" "$how"
 }
 

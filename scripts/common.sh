@@ -33,7 +33,7 @@ need_space() {
 
 # The last thing a log says, short enough for a line.
 last_words() {
-    tr '\r' '\n' <"$1" | tail -n 1 | cut -c 1-60
+    tr '\r' '\n' <"$1" | grep . | tail -n 1 | cut -c 1-60 || true
 }
 
 # Waits for process PID, telling every few seconds that LABEL still goes on. Result: the process's.

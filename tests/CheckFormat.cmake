@@ -1,0 +1,11 @@
+# Fails when a source file's layout is not what .clang-format says.
+execute_process(COMMAND git -C ${SOURCE} ls-files -- *.cpp *.h OUTPUT_VARIABLE files RESULT_VARIABLE failed)
+if(failed OR files STREQUAL "")
+  message(FATAL_ERROR "git lists no source files in ${SOURCE}")
+endif()
+string(REGEX REPLACE "\n$" "" files "${files}")
+string(REPLACE "\n" ";" files "${files}")
+execute_process(COMMAND ${CLANG_FORMAT} --dry-run --Werror ${files} WORKING_DIRECTORY ${SOURCE} RESULT_VARIABLE failed)
+if(failed)
+  message(FATAL_ERROR "run clang-format over the files named above")
+endif()

@@ -4,6 +4,7 @@
 #include "host/win/Text.h"
 
 #include <cstring>
+#include <mferror.h>
 
 using Microsoft::WRL::ComPtr;
 
@@ -97,7 +98,13 @@ void CTransformClient::SetTypes() {
               std::to_string(m_shape.height));
     ComPtr<IMFMediaType> output;
     Must(m_transform->GetOutputAvailableType(0, 0, output.GetAddressOf()), "the transform offers no output type");
-    Must(m_transform->SetOutputType(0, output.Get(), 0), "the transform refuses the output type that it offers");
+    HRESULT result = m_transform->SetOutputType(0, output.Get(), 0);
+    if (result == MF_E_INVALIDMEDIATYPE) {
+        // The transform wants the output type to equal the input type, and some platforms count an attribute that only
+        // one of the two carries as a difference.
+        result = m_transform->SetOutputType(0, type.Get(), 0);
+    }
+    Must(result, "the transform refuses the output type that it offers, and the input type as well");
     MFT_OUTPUT_STREAM_INFO info{};
     Must(m_transform->GetOutputStreamInfo(0, &info), "the transform does not tell its frame size");
     if (info.cbSize != m_frameBytes) {

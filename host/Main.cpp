@@ -51,9 +51,7 @@ int Fail(host::ExitCode code, const std::string& text) {
     return static_cast<int>(code);
 }
 
-} // namespace
-
-int main() {
+int RunToExitCode() {
     try {
         Run();
         return static_cast<int>(host::ExitCode::Ok);
@@ -64,4 +62,16 @@ int main() {
     } catch (const std::exception& error) {
         return Fail(host::ExitCode::Transform, std::string("internal failure: ") + error.what());
     }
+}
+
+} // namespace
+
+int main() {
+    // The registered or named DLL may be damaged or lack another one: that is an error text, never a box that waits.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+    const int code = RunToExitCode();
+    // Every file is closed and every text written. Leaving by way of the platform's shutdown races with Media
+    // Foundation's own threads, and under Wine the shell then now and then gets 0 for a run that failed.
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(code));
+    return code;
 }

@@ -20,16 +20,50 @@ struct Extension {
 constexpr Extension kExtensions[] = {
     {".y4m", OutputKind::Y4m}, {".avi", OutputKind::Avi}, {".raw", OutputKind::Raw}, {".yuv", OutputKind::Raw}};
 
+// A lone word that is nearly a verb is a slip, not a file: files have an extension or a folder.
+void RefuseSlip(std::span<const VerbRow> verbs, const std::string& word) {
+    if (word.find_first_of("./\\") != word.npos) {
+        return;
+    }
+    std::vector<std::string_view> names;
+    for (const VerbRow& verb : verbs) {
+        names.push_back(verb.name);
+    }
+    if (const std::string_view near = NearMiss(word, names); !near.empty()) {
+        Misused("there is no verb " + word + "; did you mean " + std::string(near) + "? (A file of that name is ./" +
+                word + ")");
+    }
+}
+
 const VerbRow& TakeVerb(std::span<const VerbRow> verbs, std::vector<std::string>& files) {
-    if (!files.empty()) {
-        for (const VerbRow& verb : verbs) {
-            if (files[0] == verb.name) {
-                files.erase(files.begin());
-                return verb;
-            }
+    if (files.empty()) {
+        return verbs[0];
+    }
+    for (const VerbRow& verb : verbs) {
+        if (files[0] == verb.name) {
+            files.erase(files.begin());
+            return verb;
         }
     }
+    RefuseSlip(verbs, files[0]);
     return verbs[0];
+}
+
+void CheckOptions(const VerbRow& verb, const Options& options) {
+    for (const std::string_view given : options.given) {
+        if (!verb.options.empty() && std::find(verb.options.begin(), verb.options.end(), given) == verb.options.end()) {
+            Misused(std::string(verb.name) + " has no option " + std::string(given) +
+                    "; nmfvdeint --help tells which it has.");
+        }
+    }
+}
+
+std::string UsageOf(const VerbRow& verb, bool named) {
+    std::string usage = "nmfvdeint";
+    for (const std::string_view word : {named ? verb.name : std::string_view(), verb.arguments}) {
+        usage += word.empty() ? "" : " " + std::string(word);
+    }
+    return usage;
 }
 
 void CheckTogether(const Options& options) {
@@ -51,17 +85,17 @@ void CheckTogether(const Options& options) {
     }
 }
 
-void CheckFiles(const VerbRow& verb, const std::vector<std::string>& files, const Options& options) {
+void CheckFiles(const VerbRow& verb, bool first, const std::vector<std::string>& files, const Options& options) {
     const bool noOutput = options.to == OutputKind::None;
     const std::size_t least = noOutput ? std::min<std::size_t>(verb.leastFiles, 1) : verb.leastFiles;
     const std::size_t most = noOutput ? std::min<std::size_t>(verb.mostFiles, 1) : verb.mostFiles;
-    const std::string usage = "nmfvdeint " + std::string(verb.name) + " " + std::string(verb.arguments);
+    const std::string usage = UsageOf(verb, !first);
     if (files.size() < least) {
         Misused(files.empty() ? "no input is named. Usage: " + usage + "; nmfvdeint --help tells more."
                               : "no output is named. Usage: " + usage + "; --to none needs no output.");
     }
     if (files.size() > most) {
-        Misused("\"" + files[most] + "\" is one file too many. Usage: " + usage);
+        Misused("\"" + files[most] + "\" is one word too many. Usage: " + usage);
     }
 }
 
@@ -79,7 +113,8 @@ OutputKind OutputKindOf(std::string_view path) {
             return known.kind;
         }
     }
-    Misused(std::string(path) + ": its name does not say what to write; add --to y4m, --to avi or --to raw.");
+    Misused(std::string(path) + ": its name does not say what to write. Let it end in .y4m, .avi or .raw, or add "
+                                "--to y4m, --to avi or --to raw.");
 }
 
 Command ParseCommand(std::span<const VerbRow> verbs, std::span<const std::string> arguments) {
@@ -90,7 +125,8 @@ Command ParseCommand(std::span<const VerbRow> verbs, std::span<const std::string
         return command;
     }
     CheckTogether(command.options);
-    CheckFiles(*command.verb, files, command.options);
+    CheckOptions(*command.verb, command.options);
+    CheckFiles(*command.verb, command.verb == verbs.data(), files, command.options);
     command.input = files.empty() ? std::string() : files[0];
     if (files.size() > 1) {
         command.output = files[1];

@@ -18,7 +18,8 @@ struct VerbRow {
     std::string_view help;
     std::size_t leastFiles;
     std::size_t mostFiles;
-    void (*run)(const Command& command); // throws HostError
+    void (*run)(const Command& command);            // throws HostError
+    std::span<const std::string_view> options = {}; // the only ones that it knows; empty: all
 };
 
 struct Command {

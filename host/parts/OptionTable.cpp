@@ -1,6 +1,7 @@
 #include "host/parts/OptionTable.h"
 
 #include "host/parts/HostError.h"
+#include "host/parts/Options.h"
 
 #include <algorithm>
 
@@ -91,6 +92,7 @@ std::vector<std::string> ReadOptions(std::span<const OptionRow> rows, std::span<
         }
         const std::size_t equals = argument.find('=');
         const OptionRow& row = FindRow(rows, argument.substr(0, equals));
+        options.given.push_back(row.name);
         if (row.value.empty() && equals != argument.npos) {
             Misused(std::string(row.name) + " takes no value");
         }

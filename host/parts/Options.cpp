@@ -51,13 +51,13 @@ constexpr std::string_view kStored = "Settings that the transform stores and its
 constexpr std::string_view kOther = "Other";
 
 constexpr OptionRow kRows[] = {
-    {kInOut, "--from", "KIND",
-     "what the input is: y4m, avi, raw or media. Normally seen from its first bytes; media is "
-     "whatever else the platform can decode.",
+    {kInOut, "--from", "y4m|avi|raw|media",
+     "what the input is. Normally seen from its first bytes; media is whatever else the platform "
+     "can decode.",
      [](Options& o, std::string_view v) { o.from = PickWord<InputKind>("--from", v, kInputKinds); }},
-    {kInOut, "--to", "KIND",
-     "what the output is: y4m, avi, raw or none (then no OUTPUT is named). Normally seen from "
-     "its extension; a pipe gets y4m.",
+    {kInOut, "--to", "y4m|avi|raw|none",
+     "what the output is; with none, no OUTPUT is named. Normally seen from its extension; a pipe "
+     "gets y4m.",
      [](Options& o, std::string_view v) { o.to = PickWord<OutputKind>("--to", v, kOutputKinds); }},
     {kInOut, "--raw", "WxH:FORMAT@FPS",
      "the input is raw frames as the transform lays them out: FORMAT rgb24 (B G R, "
@@ -72,7 +72,8 @@ constexpr OptionRow kRows[] = {
      "how the chroma of 4:2:0 input belongs to its lines: interlaced, progressive, or auto "
      "(as the input says; progressive where it says nothing).",
      [](Options& o, std::string_view v) { o.lines = PickWord<LineSampling>("--lines", v, kLines); }},
-    {kInOut, "--cut-off", "WHAT", "input that ends inside a frame: fail (normal), or keep the whole frames before it.",
+    {kInOut, "--cut-off", "fail|keep",
+     "input that ends inside a frame: fail (normal), or keep the whole frames before it.",
      [](Options& o, std::string_view v) { o.keepCutOff = PickWord<bool>("--cut-off", v, kCutOff); }},
     {kInOut, "--force", "", "replace files that exist.", [](Options& o, std::string_view) { o.force = true; }},
     {kInOut, "--still", "N,FILE",
@@ -80,11 +81,11 @@ constexpr OptionRow kRows[] = {
      "enlarged. \"--still N FILE\" will do too. May be given several times.",
      AddStill, 2},
 
-    {kHow, "--mode", "MODE",
+    {kHow, "--mode", "off|all|auto",
      "off: pass every frame through; all: deinterlace every frame; auto (normal): only frames "
      "that look interlaced, and five seconds after each.",
      [](Options& o, std::string_view v) { o.mode = PickWord<Mode>("--mode", v, kModes); }},
-    {kHow, "--method", "METHOD",
+    {kHow, "--method", "merge|rebuild",
      "merge (normal): blend the fields; rebuild: keep one field's rows and make the others "
      "from them.",
      [](Options& o, std::string_view v) { o.merge = PickWord<bool>("--method", v, kMethods); }},
@@ -105,7 +106,8 @@ constexpr OptionRow kRows[] = {
 
     {kWhere, "--dll", "FILE",
      "load the transform from this file; it need not be registered. Normally NMFVDeitrx.dll "
-     "beside this program, else the registered one.",
+     "beside this program, else the registered one. For register and unregister: the file that is meant; for verify: "
+     "the one whose version to compare.",
      [](Options& o, std::string_view v) { o.dll = v; }},
     {kWhere, "--registered", "", "use the registered transform.",
      [](Options& o, std::string_view) { o.registered = true; }},

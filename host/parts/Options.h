@@ -83,6 +83,8 @@ struct Options {
     std::optional<bool> usePattern;
     std::optional<bool> segmentsAsTimes;
     std::vector<Segment> segments;
+    // names of the options as they were given
+    std::vector<std::string_view> given;
 };
 
 // The table of all options.

@@ -18,7 +18,11 @@ public:
     explicit CY4mSource(CInputStream& input)
         : m_input(input) {
         const auto header = input.ReadLine(kMaxHeader);
-        m_info = ParseY4mHeader(header.value_or(""), input.Name());
+        if (!header) {
+            throw HostError(ExitCode::Input,
+                            input.Name() + ": its first line has no end: the stream is cut off, or no Y4M at all.");
+        }
+        m_info = ParseY4mHeader(*header, input.Name());
         m_frame.resize(PlanarBytes(m_info.layout, m_info.width, m_info.height));
         if (const auto size = input.Size()) {
             // Frame lines are 6 bytes unless they carry fields, so this may promise a frame too many for odd streams.

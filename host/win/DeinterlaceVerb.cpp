@@ -127,7 +127,7 @@ public:
         for (const Still& still : m_stills) {
             if (still.frame >= frames) {
                 throw HostError(ExitCode::Input, input + ": has " + std::to_string(frames) +
-                                                     " frames, so there is no " + "frame " +
+                                                     (frames == 1 ? " frame" : " frames") + ", so there is no frame " +
                                                      std::to_string(still.frame) + " for " + still.path + ".");
             }
         }

@@ -37,8 +37,8 @@ public:
         ComPtr<IMFAttributes> attributes;
         Must(MFCreateAttributes(attributes.GetAddressOf(), 1), "cannot be opened");
         Must(MFCreateSourceReaderFromURL(ToWide(path).c_str(), attributes.Get(), m_reader.GetAddressOf()),
-             "the platform cannot decode it. Let another program do so, as in: ffmpeg -i FILE -pix_fmt yuv422p -f "
-             "yuv4mpegpipe - | nmfvdeint - OUTPUT");
+             "this is no Y4M or uncompressed AVI, and the platform cannot decode it. Let another program do so "
+             "(ffmpeg -i FILE -pix_fmt yuv422p -f yuv4mpegpipe - | nmfvdeint - OUTPUT), or name raw frames with --raw");
         (void)m_reader->SetStreamSelection(static_cast<DWORD>(MF_SOURCE_READER_ALL_STREAMS), FALSE);
         Must(m_reader->SetStreamSelection(kVideo, TRUE), "holds no video");
         ChooseType();

@@ -7,9 +7,11 @@ namespace {
 
 void DoNothing(const Command&) {}
 
+constexpr std::string_view kFewOptions[] = {"--dll", "--quiet"};
 constexpr VerbRow kVerbs[] = {
     {"deinterlace", "INPUT OUTPUT", "the first", 2, 2, &DoNothing},
     {"analyse", "INPUT", "the second", 1, 1, &DoNothing},
+    {"verify", "", "the third", 0, 0, &DoNothing, kFewOptions},
 };
 
 // Words separated by blanks.
@@ -43,6 +45,8 @@ TEST(Command, FilesAndVerbs) {
         {"--mode all a b --to=avi", "deinterlace", "a", "b", OutputKind::Avi},
         {"-- --mode b.yuv", "deinterlace", "--mode", "b.yuv", OutputKind::Raw},
         {"analyse a.y4m --csv", "analyse", "a.y4m", "", OutputKind::None},
+        {"verify --quiet", "verify", "", "", OutputKind::None},
+        {"analise.y4m b.y4m", "deinterlace", "analise.y4m", "b.y4m", OutputKind::Y4m},
         {"./analyse b.y4m", "deinterlace", "./analyse", "b.y4m", OutputKind::Y4m},
     };
     for (const Case& c : kCases) {
@@ -61,8 +65,8 @@ TEST(Command, EveryMistakeIsNamed) {
     } kCases[] = {
         {"", "no input"},
         {"a.y4m", "no output"},
-        {"a b c --to y4m", "\"c\" is one file too many"},
-        {"a.y4m b.y4m --to none", "\"b.y4m\" is one file too many"},
+        {"a b c --to y4m", "\"c\" is one word too many"},
+        {"a.y4m b.y4m --to none", "\"b.y4m\" is one word too many"},
         {"a.y4m b.mp4", "--to"},
         {"a.y4m - --to avi", "pipe"},
         {"a b.y4m --mod all", "did you mean --mode?"},
@@ -90,7 +94,10 @@ TEST(Command, EveryMistakeIsNamed) {
         {"a b.y4m --from raw", "--raw"},
         {"a b.y4m --from avi --raw 2x2:yuy2@25", "give one"},
         {"a b.y4m --raw 3x2:yuy2@25", "even width"},
-        {"analyse a b", "\"b\" is one file too many"},
+        {"analise a", "did you mean analyse?"},
+        {"verify a", "\"a\" is one word too many. Usage: nmfvdeint verify"},
+        {"verify --dll x.dll --mode all", "verify has no option --mode"},
+        {"analyse a b", "\"b\" is one word too many"},
     };
     for (const auto& c : kCases) {
         const Thrown error = ErrorOf([&] { Parse(c.line); });

@@ -60,5 +60,5 @@ install_packages() {
     step "package lists" apt_get update ||
         die "apt-get update failed: is there a network, and does the machine's apt configuration work?"
     step "installing ${#missing[@]} packages" apt_get install --no-install-recommends "${missing[@]}" ||
-        die "these packages could not be installed: ${missing[*]}"
+        die "these packages could not be installed (is there a network, and are they on the mirror?): ${missing[*]}"
 }

@@ -121,7 +121,7 @@ make_wine_root() {
     trap "rm -rf '$work'" EXIT
     chmod 755 "$work"
     prepare_apt "$work/apt" "$mirror"
-    step "Wine: package lists of Debian 13" private_apt "$work/apt" update ||
+    step "Wine: package lists of Debian 13" private_apt "$work/apt" -o APT::Update::Error-Mode=any update ||
         die "Debian 13's package lists can't be had from this machine's mirror: is there a network?"
     step "Wine: downloading" private_apt "$work/apt" install --no-install-recommends --download-only \
         "${nmfv_wine_packages[@]}" || die "Wine's packages can't be downloaded from this machine's mirror"

@@ -1,0 +1,57 @@
+// The piece of shared memory through which the modules of one process find their common trace writer.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include <windows.h>
+
+struct TraceWriter;
+
+// The section's contents, new ones all zero.
+struct TraceSection {
+    std::atomic<TraceWriter*> writer; // null while there is none
+    std::atomic<std::int32_t> spin;   // threads that have the section's lock or try to
+    std::uint32_t unused;
+};
+static_assert(sizeof(TraceSection) == 16);
+static_assert(std::atomic<TraceWriter*>::is_always_lock_free && std::atomic<std::int32_t>::is_always_lock_free);
+
+// Creates the section for a trace file's path in this process, or opens the one that another module created. Null when
+// neither works. The caller closes the handle.
+HANDLE OpenTraceSection(const wchar_t* path);
+
+// A section while it can be seen in memory.
+class TraceSectionView {
+public:
+    explicit TraceSectionView(HANDLE section)
+        : m_view(section ? MapViewOfFile(section, FILE_MAP_ALL_ACCESS, 0, 0, sizeof(TraceSection)) : nullptr) {}
+    TraceSectionView(const TraceSectionView&) = delete;
+    TraceSectionView& operator=(const TraceSectionView&) = delete;
+    ~TraceSectionView() {
+        if (m_view) {
+            UnmapViewOfFile(m_view);
+        }
+    }
+
+    explicit operator bool() const { return m_view != nullptr; }
+    TraceSection& operator*() const { return *static_cast<TraceSection*>(m_view); }
+    TraceSection* operator->() const { return static_cast<TraceSection*>(m_view); }
+
+private:
+    void* m_view;
+};
+
+// Holds the section's lock from construction, which tries every 10 ms for at most `limit` milliseconds or, with
+// INFINITE, without end. After the limit the thread goes on without the lock.
+class TraceSectionLock {
+public:
+    TraceSectionLock(TraceSection& section, DWORD limit);
+    TraceSectionLock(const TraceSectionLock&) = delete;
+    TraceSectionLock& operator=(const TraceSectionLock&) = delete;
+    ~TraceSectionLock();
+
+private:
+    TraceSection& m_section;
+    bool m_held;
+};

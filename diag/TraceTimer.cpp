@@ -1,0 +1,67 @@
+#include "diag/TraceTimer.h"
+
+#include "diag/Trace.h"
+#include "diag/TraceWriter.h"
+
+namespace {
+
+constexpr DWORD kPeriod = 500;
+
+void CALLBACK OnTimer(void* writer, BOOLEAN) {
+    static_cast<TraceWriter*>(writer)->OnTimer();
+}
+
+// True while the process ends: its other threads are gone then, in the middle of whatever they did.
+bool ProcessIsEnding() {
+    using Function = BOOLEAN(NTAPI*)();
+    const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll");
+    const FARPROC found = ntdll ? GetProcAddress(ntdll, "RtlDllShutdownInProgress") : nullptr;
+    return found && reinterpret_cast<Function>(reinterpret_cast<void*>(found))();
+}
+
+void DeleteQueue(HANDLE queue) {
+    // Doesn't wait for the queue's thread, which can't end while this one holds the loader's lock.
+    (void)DeleteTimerQueueEx(queue, nullptr);
+}
+
+void WaitWhileBusy(const TraceWriter& writer) {
+    for (int waited = 0; writer.busy > 1 && waited < 1000; waited += 10) {
+        Sleep(10);
+    }
+}
+
+} // namespace
+
+void StartTraceTimer(TraceWriter& writer) {
+    const HANDLE queue = CreateTimerQueue();
+    HANDLE none = nullptr;
+    if (!queue || !writer.timerQueue.compare_exchange_strong(none, queue)) {
+        if (queue) {
+            DeleteQueue(queue);
+        }
+        return;
+    }
+    // In the timer's own thread: one that had to be started for a callback would wait for the loader's lock, and an
+    // unloading module, which holds that lock, for the callback.
+    if (CreateTimerQueueTimer(&writer.timer, queue, &OnTimer, &writer, kPeriod, kPeriod, WT_EXECUTEINTIMERTHREAD)) {
+        writer.timerOwner = &TraceFlags;
+    } else {
+        DeleteQueue(writer.timerQueue.exchange(nullptr));
+    }
+}
+
+// Kept: the queue's handle stays, so nobody starts another timer: what other modules trace from now on is written when
+// they let go. Test: TwoModules.SecondOutlivesTheTimersOwner.
+void StopTraceTimer(TraceWriter& writer) {
+    if (!writer.timerQueue || writer.timerOwner != &TraceFlags) {
+        return;
+    }
+    const bool wasRunning = ++writer.busy > 1;
+    // A callback that died with its thread would be waited for without end.
+    (void)DeleteTimerQueueTimer(writer.timerQueue, writer.timer, ProcessIsEnding() ? nullptr : INVALID_HANDLE_VALUE);
+    writer.timerOwner = nullptr;
+    DeleteQueue(writer.timerQueue);
+    if (wasRunning) {
+        WaitWhileBusy(writer);
+    }
+}

@@ -1,0 +1,128 @@
+#include "diag/TraceWriter.h"
+
+#include "diag/LineEnds.h"
+#include "diag/TraceFile.h"
+#include "diag/TraceTimer.h"
+
+#include <mutex>
+#include <new>
+
+static_assert(sizeof(TraceWriter) == 200);
+static_assert(offsetof(TraceWriter, lock) == 0);
+static_assert(offsetof(TraceWriter, pending) == 48);
+static_assert(offsetof(TraceWriter, sinceWrite) == 56);
+static_assert(offsetof(TraceWriter, references) == 96);
+static_assert(offsetof(TraceWriter, timerQueue) == 104);
+static_assert(offsetof(TraceWriter, timer) == 112);
+static_assert(offsetof(TraceWriter, timerOwner) == 120);
+static_assert(offsetof(TraceWriter, busy) == 128);
+static_assert(offsetof(TraceWriter, folderFallback) == 132);
+
+namespace {
+
+// A timer that comes sooner after a write than this leaves the text for the next time.
+constexpr std::int32_t kShortestGap = 51;
+
+template <typename T>
+void DestroyOnProcessHeap(T* object) {
+    object->~T();
+    HeapFree(GetProcessHeap(), 0, object);
+}
+
+CHeapBuffer* CreateBuffer() {
+    void* const memory = HeapAlloc(GetProcessHeap(), 0, sizeof(CHeapBuffer));
+    return memory ? new (memory) CHeapBuffer : nullptr;
+}
+
+} // namespace
+
+TraceWriter* TraceWriter::Create() {
+    void* const memory = HeapAlloc(GetProcessHeap(), 0, sizeof(TraceWriter));
+    return memory ? new (memory) TraceWriter : nullptr;
+}
+
+void TraceWriter::Append(const char* line) {
+    const std::lock_guard hold(lock);
+    if (!pending) {
+        pending = CreateBuffer();
+    }
+    if (!pending) {
+        return;
+    }
+    (void)AppendWithLineEnds(*pending, line); // without memory the line is lost, as everything that fails here
+    if (!timerQueue) {
+        StartTraceTimer(*this);
+    }
+}
+
+void TraceWriter::OnTimer() {
+    if (++busy == 1) {
+        Flush(true);
+    }
+    --busy;
+}
+
+// The file is written outside the lock, so that tracing threads don't wait for the disk.
+void TraceWriter::Flush(bool fromTimer) {
+    CHeapBuffer text;
+    {
+        const std::lock_guard hold(lock);
+        const bool tooSoon = fromTimer && sinceWrite.Elapsed() < kShortestGap;
+        if (pending && !tooSoon) {
+            (void)text.Take(pending);
+        }
+    }
+    if (text.Length() > 0) {
+        AppendToTraceFile(folderFallback, text.Data(), text.Length());
+        const std::lock_guard hold(lock);
+        sinceWrite.Restart();
+    }
+}
+
+std::uint32_t TraceWriter::Release() {
+    const std::uint32_t left = --references;
+    if (TryLockForOneSecond()) {
+        FinishUnderLock();
+        lock.unlock();
+        StopTraceTimer(*this);
+    }
+    if (left == 0) {
+        Destroy();
+    }
+    return left;
+}
+
+// At the end of a process the lock may have died with its thread.
+bool TraceWriter::TryLockForOneSecond() {
+    for (int waited = 0; waited < 1000; waited += 100) {
+        if (lock.try_lock()) {
+            return true;
+        }
+        Sleep(100);
+    }
+    return lock.try_lock();
+}
+
+// The pending buffer goes with the module, for it may be this module's code that frees its memory; another module's
+// next line makes its own.
+void TraceWriter::FinishUnderLock() {
+    Flush(false);
+    sinceWrite.Restart();
+    DestroyPending();
+}
+
+void TraceWriter::DestroyPending() {
+    if (pending) {
+        DestroyOnProcessHeap(pending);
+        pending = nullptr;
+    }
+}
+
+void TraceWriter::Destroy() {
+    if (pending && pending->Length() > 0) {
+        AppendToTraceFile(folderFallback, pending->Data(), pending->Length());
+    }
+    DestroyPending();
+    this->~TraceWriter();
+    HeapFree(GetProcessHeap(), 0, this);
+}

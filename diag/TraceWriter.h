@@ -1,0 +1,57 @@
+// The one object of a process that collects trace lines and writes them to the file in batches.
+#pragma once
+
+#include "diag/Buffers.h"
+#include "diag/TraceLock.h"
+#include "diag/TraceStopwatch.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include <windows.h>
+
+// Lives on the process heap and is used by every module that finds it, whichever created it: its layout is fixed, and
+// what it points to is freed by means of the process only.
+struct TraceWriter {
+    // On the process heap, with no reference; null when there is no memory.
+    static TraceWriter* Create();
+
+    TraceWriter(const TraceWriter&) = delete;
+    TraceWriter& operator=(const TraceWriter&) = delete;
+
+    void AddReference() { ++references; }
+
+    // Gives one reference back, writes what is pending and stops the timer when it is this module's; with the last
+    // reference the writer is gone. Returns the references left. Waits a second for a lock that another thread has, and
+    // then goes on without.
+    std::uint32_t Release();
+
+    // Takes a line, to be written within half a second while the module that started the timer is loaded, and later by
+    // the next Release. Drops it when there is no memory.
+    void Append(const char* line);
+
+    // What the timer does.
+    void OnTimer();
+
+    TraceLock lock; // guards `pending` and `sinceWrite`
+    CHeapBuffer* pending = nullptr;
+    TraceStopwatch sinceWrite;
+    std::atomic<std::uint32_t> references{0};
+    std::atomic<HANDLE> timerQueue{nullptr};
+    HANDLE timer = nullptr;
+    const void* timerOwner = nullptr; // the address of TraceFlags in the module that started the timer
+    std::atomic<std::int32_t> busy{0};
+    std::atomic<std::uint32_t> folderFallback{1};
+    unsigned char reserved[64] = {};
+
+private:
+    TraceWriter() = default;
+    ~TraceWriter() = default;
+
+    void Flush(bool fromTimer);
+    void FinishUnderLock();
+    bool TryLockForOneSecond();
+    void DestroyPending();
+    void Destroy();
+};

@@ -1,0 +1,34 @@
+// A module's hold on the trace writer of its process.
+#pragma once
+
+#include "diag/TraceLock.h"
+
+#include <atomic>
+
+#include <windows.h>
+
+struct TraceWriter;
+
+// One static object per module.
+class TraceWriterRef {
+public:
+    TraceWriterRef() = default;
+    TraceWriterRef(const TraceWriterRef&) = delete;
+    TraceWriterRef& operator=(const TraceWriterRef&) = delete;
+    ~TraceWriterRef() { Close(); }
+
+    // The writer of TracePath, found or made by the first call that succeeds. Null when there is none to be had, and
+    // after Close. From any thread.
+    TraceWriter* Acquire();
+
+    // Lets the writer go, for good. While the module is unloaded, so no other thread uses this object.
+    void Close();
+
+private:
+    TraceWriter* FindOrCreate();
+
+    TraceLock m_lock;
+    HANDLE m_section = nullptr;
+    std::atomic<TraceWriter*> m_writer{nullptr};
+    std::atomic<bool> m_closed{false};
+};

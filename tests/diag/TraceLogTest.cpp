@@ -1,0 +1,288 @@
+// The trace file as modules of one process share it.
+#include "tests/diag/TracingModule.h"
+
+#include "diag/Trace.h"
+#include "diag/TracePaths.h"
+#include "diag/TraceSection.h"
+#include "diag/TraceWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <regex>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+#include <tlhelp32.h>
+
+namespace {
+
+constexpr std::uint32_t kToFile = kTraceMaster | kTraceFile;
+const std::string kMark = "\xEF\xBB\xBF";
+
+bool ComesTrue(const std::function<bool()>& condition, DWORD milliseconds) {
+    for (const ULONGLONG end = GetTickCount64() + milliseconds; !condition(); Sleep(10)) {
+        if (GetTickCount64() > end) {
+            return false;
+        }
+    }
+    return true;
+}
+
+class TraceLog : public testing::Test {
+protected:
+    bool FileBecomes(const std::string& contents, DWORD milliseconds) const {
+        return ComesTrue([&] { return Contents(m_file) == contents; }, milliseconds);
+    }
+
+    const TraceFolder m_folder;
+    const std::filesystem::path m_file = m_folder.File();
+};
+
+// Whole lines only, each thread's in order, none missing.
+void ExpectEveryLine(const std::string& contents, int threads, int lines) {
+    const std::regex whole(R"(\d\d:\d\d:\d\d\.\d\d\d: [0-9a-f]{8}: (\w+) (\d+) (x*)\r)");
+    std::map<std::string, int> next;
+    std::istringstream stream(contents.substr(kMark.size()) + "\r\n");
+    for (std::string line; std::getline(stream, line);) {
+        std::smatch parts;
+        if (line == "\r") {
+            continue;
+        }
+        ASSERT_TRUE(std::regex_match(line, parts, whole)) << line;
+        ASSERT_EQ(next[parts[1]]++, std::stoi(parts[2]));
+        ASSERT_EQ(std::stoi(parts[2]) % 90, parts[3].length());
+    }
+    EXPECT_EQ(static_cast<std::size_t>(threads), next.size());
+    for (const auto& [thread, count] : next) {
+        EXPECT_EQ(lines, count) << thread;
+    }
+}
+
+TEST_F(TraceLog, ManyThreadsOfTwoModules) {
+    constexpr int kThreads = 4;
+    constexpr int kLines = 1000;
+    {
+        const TracingModule modules[] = {{kOneModule, kToFile | kTraceTime | kTraceThread, m_file},
+                                         {kOtherModule, kToFile | kTraceTime | kTraceThread, m_file}};
+        std::vector<std::thread> threads;
+        for (int i = 0; i < kThreads; ++i) {
+            threads.emplace_back([&, i] {
+                for (int n = 0; n < kLines; ++n) {
+                    modules[i % 2].Line("thread" + std::to_string(i) + " " + std::to_string(n) + " " +
+                                        std::string(static_cast<std::size_t>(n % 90), 'x'));
+                    if (n % 100 == 0) {
+                        Sleep(70);
+                    }
+                }
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+    ExpectEveryLine(Contents(m_file), kThreads, kLines);
+}
+
+TEST_F(TraceLog, SecondOutlivesTheTimersOwner) {
+    TracingModule first(kOneModule, kToFile, m_file);
+    TracingModule second(kOtherModule, kToFile, m_file);
+    EXPECT_EQ(kToFile, first.Call<std::uint32_t>("Flags"));
+    first.Line("a");
+    EXPECT_EQ("", Contents(m_file)) << "not collected";
+    EXPECT_TRUE(FileBecomes(kMark + "\r\na", 1500)) << "the timer wrote nothing";
+    second.Line("b");
+    first.Unload();
+    EXPECT_EQ(kMark + "\r\na\r\nb", Contents(m_file));
+    second.Line("c");
+    EXPECT_FALSE(FileBecomes(kMark + "\r\na\r\nb\r\nc", 1200)) << "a timer is left";
+    second.Unload();
+    EXPECT_EQ(kMark + "\r\na\r\nb\r\nc", Contents(m_file));
+}
+
+TEST_F(TraceLog, SharedSection) {
+    TracingModule first(kOneModule, kToFile, m_file);
+    TracingModule second(kOtherModule, kToFile, m_file);
+    first.Line("a");
+    const HANDLE section = OpenTraceSection(m_file.c_str());
+    EXPECT_EQ(static_cast<DWORD>(ERROR_ALREADY_EXISTS), GetLastError());
+    {
+        const TraceSectionView view(section);
+        const TraceWriter* const writer = view->writer;
+        ASSERT_NE(nullptr, writer);
+        EXPECT_EQ(1u, writer->references);
+        second.Line("b");
+        EXPECT_EQ(2u, writer->references);
+        first.Unload();
+        EXPECT_EQ(1u, writer->references);
+        view->spin = 1; // as if another thread had died with the lock: a second's patience, no more
+        second.Unload();
+        EXPECT_EQ(1, view->spin);
+        EXPECT_EQ(writer, view->writer); // as it was, and no longer an address
+    }
+    CloseHandle(section);
+    EXPECT_EQ(kMark + "\r\na\r\nb", Contents(m_file));
+}
+
+TEST_F(TraceLog, ByteOrderMarkInEmptyFilesOnly) {
+    for (const std::string before : {"", "old"}) {
+        std::ofstream(m_file, std::ios::binary | std::ios::trunc) << before;
+        TracingModule(kOneModule, kToFile, m_file).Line("a");
+        EXPECT_EQ((before.empty() ? kMark : before) + "\r\na", Contents(m_file));
+    }
+}
+
+TEST_F(TraceLog, FileInUse) {
+    const TracingModule module(kOneModule, kToFile, m_file);
+    std::optional<LockedFile> lock(m_file);
+    module.Line("waits");
+    Sleep(900);
+    lock.reset();
+    EXPECT_TRUE(FileBecomes(kMark + "\r\nwaits", 1000));
+    lock.emplace(m_file);
+    module.Line("lost");
+    Sleep(2200);
+    lock.reset();
+    module.Line("comes");
+    EXPECT_TRUE(FileBecomes(kMark + "\r\nwaits\r\ncomes", 2000)) << Contents(m_file);
+}
+
+TEST_F(TraceLog, FolderInThePlaceOfTheFile) {
+    const std::filesystem::path inside = m_file / m_file.filename();
+    std::filesystem::create_directory(m_file);
+    TracingModule module(kOneModule, kToFile, m_file);
+    module.Line("a");
+    EXPECT_TRUE(ComesTrue([&] { return Contents(inside) == kMark + "\r\na"; }, 1500));
+    EXPECT_EQ(inside, module.Call<const wchar_t*>("Path"));
+    const LockedFile lock(inside);
+    module.Line("lost");
+    const ULONGLONG start = GetTickCount64();
+    module.Unload();
+    EXPECT_GT(600u, GetTickCount64() - start) << "waited for a file in use";
+}
+
+TEST_F(TraceLog, NamedStopwatch) {
+    const TracingModule module(kOneModule, kToFile, m_file);
+    module.Call<void, const char*, std::int32_t, std::uint32_t>("TimeASleep", "\nquick %s", 5000, 0u);
+    module.Call<void, const char*, std::int32_t, std::uint32_t>("TimeASleep", "\nslow %s", 20, 40u);
+    EXPECT_TRUE(ComesTrue([&] { return !Contents(m_file).empty(); }, 1500));
+    EXPECT_TRUE(std::regex_match(Contents(m_file), std::regex(kMark + "\r\nslow \\d{3}ms"))) << Contents(m_file);
+}
+
+// Every debugger text of this process, as long as it lives.
+std::string g_debugged;
+
+LONG CALLBACK NoteDebugText(EXCEPTION_POINTERS* pointers) {
+    const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
+    if (record.ExceptionCode != DBG_PRINTEXCEPTION_C) {
+        return EXCEPTION_CONTINUE_SEARCH;
+    }
+    g_debugged += reinterpret_cast<const char*>(record.ExceptionInformation[1]);
+    return EXCEPTION_CONTINUE_EXECUTION;
+}
+
+TEST_F(TraceLog, Switches) {
+    constexpr struct {
+        std::uint32_t flags;
+        const char* file;
+        const char* debugger;
+    } kCases[] = {
+        {0x10 | kTraceFile | kTraceDebugger, "", ""}, // no master switch
+        {kTraceMaster, "", ""},
+        {kTraceMaster | kTraceDebugger, "", "\r\na"},
+        {kToFile | kTraceDebugger, "\r\na", "\r\na"},
+    };
+    void* const handler = AddVectoredExceptionHandler(1, &NoteDebugText);
+    for (const auto& c : kCases) {
+        g_debugged.clear();
+        TracingModule(kOneModule, c.flags, m_file).Line("a");
+        EXPECT_EQ(*c.file ? kMark + c.file : "", Contents(m_file)) << c.flags;
+        EXPECT_EQ(c.debugger, g_debugged) << c.flags;
+    }
+    RemoveVectoredExceptionHandler(handler);
+}
+
+struct Belongings {
+    std::size_t blocks = 0;
+    int handles = 0;
+    int threads = 0;
+
+    static Belongings Now() {
+        Belongings now;
+        const HANDLE heap = GetProcessHeap();
+        HeapLock(heap);
+        for (PROCESS_HEAP_ENTRY entry = {}; HeapWalk(heap, &entry);) {
+            now.blocks += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+        }
+        HeapUnlock(heap);
+        const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+        THREADENTRY32 thread = {};
+        thread.dwSize = sizeof(thread);
+        for (BOOL more = Thread32First(snapshot, &thread); more; more = Thread32Next(snapshot, &thread)) {
+            now.threads += thread.th32OwnerProcessID == GetCurrentProcessId();
+        }
+        CloseHandle(snapshot);
+        for (ULONG_PTR value = 4; value < 0x4000; value += 4) {
+            DWORD flags = 0;
+            now.handles += GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) != FALSE;
+        }
+        return now;
+    }
+};
+
+// The module goes while its timer is waiting for a file that is in use.
+TEST_F(TraceLog, UnloadingInTheMiddleOfAFlushLeavesNothing) {
+    std::string lost;
+    const auto round = [&] {
+        std::filesystem::remove(m_file);
+        TracingModule module(kOneModule, kToFile, m_file);
+        std::optional<LockedFile> lock(m_file);
+        module.Line("a");
+        std::thread unlocking([&] {
+            Sleep(750);
+            lock.reset();
+        });
+        Sleep(600);
+        module.Line("b");
+        module.Unload();
+        unlocking.join();
+        const std::string contents = Contents(m_file);
+        if (contents != kMark + "\r\na\r\nb" && contents != kMark + "\r\nb\r\na") {
+            lost += "<" + contents + ">";
+        }
+    };
+    const auto rounds = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            round();
+        }
+        Sleep(200); // the timer's thread ends on its own
+        return Belongings::Now();
+    };
+    const Belongings before = rounds(3); // the system keeps something from the first times
+    const Belongings after = rounds(6);
+    EXPECT_EQ("", lost);
+    EXPECT_EQ(nullptr, GetModuleHandleW(kOneModule));
+    EXPECT_EQ(before.handles, after.handles);
+    EXPECT_EQ(before.threads, after.threads);
+    EXPECT_LT(after.blocks, before.blocks + 6) << "a block is lost each time";
+}
+
+// The timer's thread dies with the file unwritten; the process must end all the same.
+TEST_F(TraceLog, ProcessEndsInTheMiddleOfAFlush) {
+    const ULONGLONG start = GetTickCount64();
+    EXPECT_EXIT(
+        {
+            const LockedFile lock(m_file);
+            const TracingModule module(kOneModule, kToFile, m_file);
+            module.Line("a");
+            Sleep(700);
+            ExitProcess(7);
+        },
+        testing::ExitedWithCode(7), "");
+    EXPECT_GT(20'000u, GetTickCount64() - start);
+}
+
+} // namespace

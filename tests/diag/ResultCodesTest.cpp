@@ -1,0 +1,129 @@
+// The names of result codes in trace lines.
+#include "diag/ResultCodes.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#if defined(_WIN32)
+#include <windows.h>
+#include <vfwmsgs.h>
+#include <nserror.h>
+#endif
+
+// In place of the trace log's own word.
+std::uint32_t TraceFlags = kTraceMaster;
+
+namespace {
+
+struct Row {
+    std::uint32_t code;
+    const char* text;
+};
+
+constexpr Row kNames[] = {
+#include "diag/ResultNames.inc"
+};
+constexpr Row kWinsock[] = {
+#include "diag/WinsockNames.inc"
+};
+
+// The only ones that halving misses: two that stand outside the rising order, and the second of two with one code.
+TEST(ResultCodes, RowsThatTheSearchMisses) {
+    std::vector<std::size_t> missed;
+    for (std::size_t i = 0; i < std::size(kNames); ++i) {
+        if (std::string_view(kNames[i].text) != ResultCodeLookup(kNames[i].code)) {
+            missed.push_back(i);
+        }
+    }
+    EXPECT_EQ((std::vector<std::size_t>{12, 48, 71}), missed);
+    for (const Row& row : kWinsock) {
+        EXPECT_STREQ(row.text, ResultCodeLookup(0x80070000 | row.code));
+    }
+}
+
+TEST(ResultCodes, EveryKindOfText) {
+    const Row kCases[] = {
+        {0x00000000, "S_OK"},
+        {0x00050055, "0x00050055"},
+        {0x00050024, "NXMM_S_DVR_WAITING"},
+        {0x80050042, "NXMM_E_NO_MEDIA - No media handler is available."},
+        {0x80050037, "NXMM_E_RTSP_UNAUTHORIZED - The command failed due to bad username and/or password"},
+        {0x80050061, "NXMM_E_TOO_MANY_CONVERSIONS - Too many color space conversions"},
+        {0x8007001D, "HRESULT_FROM_WIN32(ERROR_WRITE_FAULT)"},
+        {0xC06D007E, "VcppException(ERROR_SEVERITY_ERROR, ERROR_MOD_NOT_FOUND) - One or more delay loaded modules are "
+                     "missing"},
+        {0xFEDCBA98, "E_ABORTED_BY_DOWNSTREAM_FILTER"},
+        {0xFEDCBA99, "0xFEDCBA99"},
+        {0xFFFFFFFF, "0xFFFFFFFF"},
+        {0x12345678, "0x12345678"},
+        {0x80072746, "WSAECONNRESET = An existing connection was forcibly closed by the remote host"},
+        {0x8007270F, "0x8007270F"},
+        {0x80072710, "Unknown Winsock error (10000=0x00002710)"},
+        {0x80072715, "Unknown Winsock error (10005=0x00002715)"},
+        {0x80072EDF, "Unknown Winsock error (11999=0x00002EDF)"},
+        {0x80072EE0, "0x80072EE0"},
+        {0x8005EFFF, "0x8005EFFF"},
+        {0x8005F000, "Nerinkit Raster Error (0)"},
+        {0x8005F005, "Nerinkit Raster Error (-5)"},
+        {0x8005FFFF, "Nerinkit Raster Error (-4095)"},
+        {0x80060000, "0x80060000"},
+    };
+    for (const Row& expected : kCases) {
+        EXPECT_STREQ(expected.text, ResultCodeLookup(expected.code));
+    }
+}
+
+TEST(ResultCodes, UnknownWinsockErrorsHaveTheirOwnBuffer) {
+    const char* const winsock = ResultCodeLookup(0x80072711);
+    const char* const number = ResultCodeLookup(0x12345678);
+    EXPECT_STREQ("Unknown Winsock error (10001=0x00002711)", winsock);
+    EXPECT_EQ(number, ResultCodeLookup(0x8005F001));
+}
+
+TEST(ResultCodes, NothingIsNamedWhileTracingIsOff) {
+    EXPECT_STREQ("E_FAIL", ResultCodeName(0x80004005));
+    TraceFlags = ~kTraceMaster;
+    for (const std::uint32_t code : {0x00000000u, 0x80004005u, 0x80072746u, 0x12345678u}) {
+        EXPECT_STREQ("", ResultCodeName(code));
+    }
+    TraceFlags = kTraceMaster;
+}
+
+#if defined(_WIN32)
+// The platform's own headers have the same values.
+TEST(ResultCodes, StandardValues) {
+#define NMFV_CODE(Name)                                                                                                \
+    Row {                                                                                                              \
+        static_cast<std::uint32_t>(Name), #Name                                                                        \
+    }
+    const Row kCases[] = {
+        NMFV_CODE(VFW_S_CANT_CUE),
+        NMFV_CODE(E_NOTIMPL),
+        NMFV_CODE(E_UNEXPECTED),
+        NMFV_CODE(RPC_E_TIMEOUT),
+        NMFV_CODE(MK_E_UNAVAILABLE),
+        NMFV_CODE(VFW_E_INVALIDMEDIATYPE),
+        NMFV_CODE(VFW_E_BUFFER_OVERFLOW),
+        NMFV_CODE(VFW_E_INVALID_MEDIA_TYPE),
+        NMFV_CODE(HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION)),
+        NMFV_CODE(E_INVALIDARG),
+        NMFV_CODE(HRESULT_FROM_WIN32(ERROR_NOACCESS)),
+        NMFV_CODE(NS_E_CONNECTION_FAILURE),
+        NMFV_CODE(NS_E_LICENSE_REQUIRED),
+        NMFV_CODE(NS_E_INVALID_PUSH_PUBLISHING_POINT),
+        NMFV_CODE(NS_E_DRM_DEBUGGING_NOT_ALLOWED),
+        NMFV_CODE(NS_E_INCOMPATIBLE_PUSH_SERVER),
+    };
+#undef NMFV_CODE
+    for (const Row& expected : kCases) {
+        EXPECT_STREQ(expected.text, ResultCodeLookup(expected.code));
+    }
+}
+#endif
+
+} // namespace

@@ -1,6 +1,6 @@
 #include "settings/SettingsBlob.h"
 
-#include "com/Scoped.h"
+#include "com/RegKey.h"
 
 #include <memory>
 #include <new>
@@ -10,7 +10,6 @@
 
 namespace {
 
-using CRegKey = CScoped<HKEY, &RegCloseKey>;
 using Bytes = std::unique_ptr<BYTE[]>;
 
 // False when the value is missing, unreadable, of another type, or there is no memory for it.

@@ -2,10 +2,15 @@
 
 #include "mft/MFTDeinterlace.h"
 
+#include "NMFVDeinterlaceKeys.h"
+
 namespace {
 
 const ClassEntry g_ClassTable[] = {
-    {&CLSID_NMFVDeinterlace, &CMFTDeinterlace::CreateInstance},
+    {&CLSID_NMFVDeinterlace, "Nerin MF Video Deinterlace Transform", &CMFTDeinterlace::CreateInstance},
+    {&CLSID_NMFVDeinterlaceSettingsPage, "Nerin MF Video Deinterlace Transform Properties", nullptr},
+    {&CLSID_NMFVDeinterlaceRoiPage, "Nerin MF Video Deinterlace Transform ROI Properties", nullptr},
+    {&CLSID_NMFVDeinterlaceAboutPage, "Nerin MF Video Deinterlace Transform About", nullptr},
 };
 
 } // namespace

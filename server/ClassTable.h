@@ -1,4 +1,4 @@
-// The classes that the module creates.
+// The classes that the module registers and creates.
 #pragma once
 
 #include <span>
@@ -10,8 +10,9 @@ using CreateInstanceFn = HRESULT (*)(IUnknown* outer, REFIID riid, void** ppv);
 
 struct ClassEntry {
     const CLSID* clsid;
-    CreateInstanceFn create;
+    const char* name;        // as registered
+    CreateInstanceFn create; // null: registered, but this build makes no objects of it
 };
 
-// In the order of searching. A row more is a class more.
+// In the order of searching and registering. A row more is a class more.
 std::span<const ClassEntry> ClassTable();

@@ -1,6 +1,7 @@
-// The settings of the deinterlacing transform as its attribute store holds them, and the classes of its property
-// pages. The store is what IMFTransform::GetAttributes hands out: writing a key there changes the setting for the next
-// frame. All values are UINT32 except the last, a double. A key that is absent or of another type counts as 0.
+// The settings of the deinterlacing transform as its attribute store holds them, the classes of its property pages, and
+// the category under which the transform is registered beside MFT_CATEGORY_VIDEO_EFFECT. The store is what
+// IMFTransform::GetAttributes hands out: writing a key there changes the setting for the next frame. All values are
+// UINT32 except the last, a double. A key that is absent or of another type counts as 0.
 //
 // Define INITGUID before including this in one file of a program.
 #pragma once
@@ -36,4 +37,6 @@ DEFINE_GUID(NMFV_DEINTERLACE_AUTO_SENSITIVITY, 0xE2B7DD34, 0x4757, 0x4897, 0x8F,
 DEFINE_GUID(CLSID_NMFVDeinterlaceSettingsPage, 0xE2B7ED91, 0x38C5, 0x11D5, 0x91, 0xF6, 0x00, 0x10, 0x4B, 0xDB, 0x8F, 0xF9);
 DEFINE_GUID(CLSID_NMFVDeinterlaceRoiPage, 0xE2B7ED92, 0x38C5, 0x11D5, 0x91, 0xF6, 0x00, 0x10, 0x4B, 0xDB, 0x8F, 0xF9);
 DEFINE_GUID(CLSID_NMFVDeinterlaceAboutPage, 0xE2B7ED95, 0x38C5, 0x11D5, 0x91, 0xF6, 0x00, 0x10, 0x4B, 0xDB, 0x8F, 0xF9);
+
+DEFINE_GUID(NMFV_TRANSFORM_CATEGORY, 0x1E6FFA21, 0x24D8, 0x4B28, 0xBF, 0xD0, 0x98, 0xD8, 0x3C, 0x69, 0x82, 0xC3);
 // clang-format on

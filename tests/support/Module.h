@@ -1,17 +1,19 @@
-// The shipped DLL as a host without registration uses it.
+// The shipped DLL, or a copy of it, as a host without registration uses it.
 #pragma once
 
 #include "com/ComRef.h"
 
 #include "NMFVDeinterlace.h"
 
+#include <string>
+
 #include <mftransform.h>
 #include <windows.h>
 
 class Module {
 public:
-    Module()
-        : m_module(LoadLibraryW(L"NMFVDeitrx.dll")) {}
+    explicit Module(const std::string& path = "NMFVDeitrx.dll")
+        : m_module(LoadLibraryA(path.c_str())) {}
     Module(const Module&) = delete;
     Module& operator=(const Module&) = delete;
     ~Module() { FreeLibrary(m_module); }
@@ -29,10 +31,9 @@ public:
         return get ? get(clsid, riid, ppv) : E_NOTIMPL;
     }
 
-    HRESULT CanUnloadNow() const {
-        auto* const can = Find<HRESULT WINAPI()>("DllCanUnloadNow");
-        return can ? can() : E_NOTIMPL;
-    }
+    HRESULT CanUnloadNow() const { return Call("DllCanUnloadNow"); }
+    HRESULT Register() const { return Call("DllRegisterServer"); }
+    HRESULT Unregister() const { return Call("DllUnregisterServer"); }
 
     HRESULT CreateTransform(CComRef<IMFTransform>& transform) const {
         CComRef<IClassFactory> factory;
@@ -41,5 +42,10 @@ public:
     }
 
 private:
+    HRESULT Call(const char* name) const {
+        auto* const function = Find<HRESULT WINAPI()>(name);
+        return function ? function() : E_NOTIMPL;
+    }
+
     HMODULE m_module;
 };

@@ -1,0 +1,153 @@
+// The registered module as the system's programs find it. Uses the real registry, and leaves it as it was.
+#include "tests/support/ComChecks.h"
+#include "tests/support/ErrorBox.h"
+#include "tests/support/Members.h"
+#include "tests/support/ModuleCopies.h"
+#include "tests/support/PrivateRegistry.h"
+#include "tests/support/RegistryListing.h"
+
+#include "NMFVDeinterlace.h"
+#include "NMFVDeinterlaceKeys.h"
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
+#include <mfapi.h>
+#include <mftransform.h>
+#include <oleauto.h>
+
+namespace {
+
+constexpr char kTransformClass[] = "CLSID\\{E2B7ED97-38C5-11D5-91F6-00104BDB8FF9}";
+// The platform keeps a category once it has seen one.
+constexpr char kCategory[] = "MediaFoundation\\Transforms\\Categories\\1e6ffa21-24d8-4b28-bfd0-98d83c6982c3";
+
+DWORD Regsvr32(const std::string& arguments) {
+    std::string command = "regsvr32.exe /s " + arguments;
+    STARTUPINFOA startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) {
+        return MAXDWORD;
+    }
+    DWORD code = MAXDWORD;
+    WaitForSingleObject(process.hProcess, 60000);
+    GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return code;
+}
+
+std::set<std::string> ListClasses() {
+    std::set<std::string> listing;
+    for (const char* root : {"CLSID", "TypeLib", "Interface", "MediaFoundation"}) {
+        ListRegistry(HKEY_CLASSES_ROOT, root, listing);
+    }
+    listing.erase(kCategory);
+    return listing;
+}
+
+bool Enumerates(const GUID& category, MFT_REGISTER_TYPE_INFO* input) {
+    CLSID* found = nullptr;
+    UINT32 count = 0;
+    EXPECT_HR(S_OK, MFTEnum(category, 0, input, nullptr, nullptr, &found, &count));
+    const bool present = std::find(found, found + count, CLSID_NMFVDeinterlace) != found + count;
+    CoTaskMemFree(found);
+    return present;
+}
+
+class Registered : public testing::Test {
+protected:
+    void SetUp() override {
+        HKEY key = nullptr;
+        if (RegOpenKeyExA(HKEY_CLASSES_ROOT, "CLSID", 0, KEY_ALL_ACCESS, &key) != ERROR_SUCCESS) {
+            GTEST_SKIP() << "registration needs elevated rights";
+        }
+        RegCloseKey(key);
+        ASSERT_EQ("-", ClassesText(kTransformClass)) << "another copy is registered";
+        ASSERT_TRUE(m_user.Active());
+        m_before = ListClasses();
+        ASSERT_HR(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+        m_ready = true;
+    }
+
+    void TearDown() override {
+        if (m_ready) {
+            CoUninitialize();
+            EXPECT_EQ(0u, Regsvr32("/u \"" + m_path + "\""));
+            EXPECT_TRUE(m_before == ListClasses());
+        }
+    }
+
+    ModuleCopies m_copies;
+    std::string m_path = m_copies.Add("a folder", 0x00010000, 0);
+    PrivateRegistry m_user{HKEY_CURRENT_USER};
+    std::set<std::string> m_before;
+    bool m_ready = false;
+};
+
+TEST_F(Registered, IsCreatedAndAutomated) {
+    ASSERT_EQ(0u, Regsvr32("\"" + m_path + "\""));
+    CComRef<IMFTransform> transform;
+    ASSERT_HR(S_OK, CoCreateInstance(CLSID_NMFVDeinterlace, nullptr, CLSCTX_INPROC_SERVER, IID_IMFTransform,
+                                     transform.PutVoid()));
+    CComRef<IDispatch> automation;
+    ASSERT_HR(S_OK, transform->QueryInterface(IID_IDispatch, automation.PutVoid()));
+
+    // The first use in this process, by all threads at once.
+    std::atomic<int> waiting{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (++waiting; waiting < 4;) {
+            }
+            for (const MemberRow& row : kMembers) {
+                std::wstring name = row.name;
+                LPOLESTR names[] = {name.data()};
+                DISPID id = DISPID_UNKNOWN;
+                EXPECT_HR(S_OK, automation->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id));
+                EXPECT_EQ(row.id, id) << row.slot;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    DISPPARAMS none{};
+    VARIANT value{};
+    EXPECT_HR(S_OK, automation->Invoke(46, IID_NULL, 0, DISPATCH_PROPERTYGET, &none, &value, nullptr, nullptr));
+    EXPECT_EQ(1.0, value.dblVal);
+}
+
+TEST_F(Registered, IsFoundByCategoryAndLibrary) {
+    ASSERT_EQ(0u, Regsvr32("\"" + m_path + "\""));
+    MFT_REGISTER_TYPE_INFO input{MFMediaType_Video, MFVideoFormat_YUY2};
+    for (const GUID* category : {&NMFV_TRANSFORM_CATEGORY, &MFT_CATEGORY_VIDEO_EFFECT}) {
+        EXPECT_TRUE(Enumerates(*category, nullptr));
+        EXPECT_FALSE(Enumerates(*category, &input)); // no media types are registered
+    }
+    constexpr LCID kLocales[] = {0, 0x0409, 0x0407, 0x0411, LOCALE_USER_DEFAULT};
+    for (const LCID locale : kLocales) {
+        CComRef<ITypeLib> library;
+        EXPECT_HR(S_OK, LoadRegTypeLib(LIBID_NMFVDeinterlaceLib, 1, 0, locale, library.Put())) << locale;
+    }
+}
+
+TEST_F(Registered, FailureReachesTheInstaller) {
+    EXPECT_EQ(3u, Regsvr32("\"" + m_copies.Folder() + "\\missing.dll\""));
+    HKEY key = nullptr;
+    RegCreateKeyExA(HKEY_CLASSES_ROOT, kTransformClass, 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, &key,
+                    nullptr);
+    EXPECT_EQ(5u, Regsvr32("\"" + m_path + "\""));
+    RegCloseKey(key);
+    EXPECT_EQ(0u, Regsvr32("/u \"" + m_path + "\""));
+
+    const std::string bare = m_copies.AddWithoutTypeLibrary("bare");
+    ErrorBox box; // regsvr32 shows it, and waits
+    EXPECT_EQ(0u, Regsvr32("\"" + bare + "\""));
+    EXPECT_EQ("Failed  to register type library: " + bare, box.Text());
+    EXPECT_EQ(0u, Regsvr32("/u \"" + bare + "\""));
+}
+
+} // namespace

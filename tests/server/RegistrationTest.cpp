@@ -1,0 +1,134 @@
+// What registering writes, and what a step that fails leaves, in a registry of the test's own.
+#include "diag/Trace.h"
+#include "server/TypeLibraryRegistration.h"
+#include "tests/support/ComChecks.h"
+#include "tests/support/ErrorBox.h"
+#include "tests/support/Module.h"
+#include "tests/support/ModuleCopies.h"
+#include "tests/support/PrivateRegistry.h"
+#include "tests/support/RegistryListing.h"
+
+namespace {
+
+constexpr char kTransformKey[] = "MediaFoundation\\Transforms\\e2b7ed97-38c5-11d5-91f6-00104bdb8ff9";
+constexpr char kTypeLibKey[] = "TypeLib\\{E2B7ED96-38C5-11D5-91F6-00104BDB8FF9}\\1.0\\0\\win64";
+constexpr struct {
+    const char* key;
+    const char* name;
+} kClasses[] = {
+    {"CLSID\\{E2B7ED97-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform"},
+    {"CLSID\\{E2B7ED91-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform Properties"},
+    {"CLSID\\{E2B7ED92-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform ROI Properties"},
+    {"CLSID\\{E2B7ED95-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform About"},
+};
+
+void MakeKey(const char* path, DWORD options) {
+    HKEY key = nullptr;
+    RegCreateKeyExA(HKEY_CLASSES_ROOT, path, 0, nullptr, options, KEY_ALL_ACCESS, nullptr, &key, nullptr);
+    RegCloseKey(key);
+}
+
+class Registration : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_classes.Active());
+        ASSERT_NE(nullptr, m_module.Handle());
+    }
+
+    // The first `classes` of the table are registered, the others have no server.
+    void ExpectClasses(std::size_t classes) {
+        for (std::size_t i = 0; i < std::size(kClasses); ++i) {
+            const std::string server = std::string(kClasses[i].key) + "\\InprocServer32";
+            EXPECT_EQ(i < classes ? m_path : "-", ClassesText(server)) << i;
+            EXPECT_EQ(i < classes ? "Both" : "-", ClassesText(server, "ThreadingModel")) << i;
+            if (i < classes) {
+                EXPECT_EQ(kClasses[i].name, ClassesText(kClasses[i].key));
+            }
+        }
+    }
+
+    ModuleCopies m_copies;
+    std::string m_path = m_copies.Add("own", 0x00010000, 0);
+    Module m_module{m_path};
+    PrivateRegistry m_classes{HKEY_CLASSES_ROOT};
+};
+
+TEST_F(Registration, WritesEverythingAndWritesItAnew) {
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_HR(S_OK, m_module.Register());
+        ExpectClasses(4);
+        EXPECT_EQ("Nerin MF Video Deinterlace Transform", ClassesText(kTransformKey));
+        EXPECT_EQ("-", ClassesText(kTransformKey, "InputTypes"));
+        EXPECT_EQ(m_path, ClassesText(kTypeLibKey));
+        RegSetValueA(HKEY_CLASSES_ROOT, kClasses[3].key, REG_SZ, "spoiled", 0);
+        RegDeleteTreeA(HKEY_CLASSES_ROOT, kClasses[1].key);
+        RegDeleteTreeA(HKEY_CLASSES_ROOT, "MediaFoundation");
+        RegDeleteTreeA(HKEY_CLASSES_ROOT, "TypeLib");
+    }
+}
+
+TEST_F(Registration, AFailureSkipsAllButTheTypeLibrary) {
+    constexpr struct {
+        const char* obstacle;
+        std::size_t classes;
+    } kCases[] = {{kClasses[0].key, 0}, {kClasses[2].key, 2}, {"MediaFoundation", 4}};
+    MakeKey("CLSID", REG_OPTION_NON_VOLATILE);
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.obstacle);
+        MakeKey(row.obstacle, REG_OPTION_VOLATILE); // which refuses subkeys that aren't
+        EXPECT_HR(HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE), m_module.Register());
+        ExpectClasses(row.classes);
+        EXPECT_EQ("-", ClassesText(kTransformKey));
+        EXPECT_EQ(m_path, ClassesText(kTypeLibKey));
+        EXPECT_HR(S_OK, m_module.Unregister());
+        RegDeleteTreeA(HKEY_CLASSES_ROOT, row.obstacle);
+    }
+}
+
+TEST_F(Registration, TypeLibraryFailureIsShownOnly) {
+    const std::string path = m_copies.AddWithoutTypeLibrary("bare");
+    const Module bare(path);
+    ErrorBox box;
+    EXPECT_HR(S_OK, bare.Register());
+    EXPECT_EQ("Failed  to register type library: " + path, box.Text()); // codes have no names while tracing is off
+    EXPECT_EQ(path, ClassesText("CLSID\\{E2B7ED95-38C5-11D5-91F6-00104BDB8FF9}\\InprocServer32"));
+}
+
+TEST_F(Registration, WithoutARegistryNothingIsWritten) {
+    m_classes.Delete();
+    ErrorBox box;
+    EXPECT_HR(HRESULT_FROM_WIN32(ERROR_KEY_DELETED), m_module.Register());
+    EXPECT_EQ("Failed to register type library: " + m_path, box.Text());
+    EXPECT_HR(S_OK, m_module.Unregister());
+}
+
+std::string g_traced;
+
+LONG CALLBACK KeepTraces(EXCEPTION_POINTERS* pointers) {
+    const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
+    if (record.ExceptionCode == DBG_PRINTEXCEPTION_C) {
+        g_traced += reinterpret_cast<const char*>(record.ExceptionInformation[1]);
+        return EXCEPTION_CONTINUE_EXECUTION;
+    }
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
+TEST_F(Registration, TypeLibraryFailuresAreTraced) {
+    const std::uint32_t flags = TraceFlags;
+    void* const handler = AddVectoredExceptionHandler(1, KeepTraces);
+    TraceFlags = kTraceMaster | kTraceDebugger;
+    EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, N_RegisterTypeLibrary(L"C:\\missing.dll", false));
+    EXPECT_NE(std::string::npos, g_traced.find("\nN_RegisterTypeLibrary: LoadTypeLib failed 0x80029c4a")) << g_traced;
+    {
+        ErrorBox box;
+        EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, N_RegisterTypeLibrary(L"C:\\missing.dll", true));
+        EXPECT_EQ("Failed 0x80029C4A to register type library: C:\\missing.dll", box.Text());
+    }
+    m_classes.Delete();
+    EXPECT_TRUE(FAILED(N_RegisterTypeLibrary(std::wstring(m_path.begin(), m_path.end()).c_str(), false)));
+    EXPECT_NE(std::string::npos, g_traced.find("\nN_RegisterTypeLibrary: RegisterTypeLib failed 0x")) << g_traced;
+    TraceFlags = flags;
+    RemoveVectoredExceptionHandler(handler);
+}
+
+} // namespace

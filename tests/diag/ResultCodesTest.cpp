@@ -5,15 +5,8 @@
 
 #include <cstddef>
 #include <iterator>
-#include <string>
 #include <string_view>
 #include <vector>
-
-#if defined(_WIN32)
-#include <windows.h>
-#include <vfwmsgs.h>
-#include <nserror.h>
-#endif
 
 // In place of the trace log's own word.
 std::uint32_t TraceFlags = kTraceMaster;
@@ -93,37 +86,5 @@ TEST(ResultCodes, NothingIsNamedWhileTracingIsOff) {
     }
     TraceFlags = kTraceMaster;
 }
-
-#if defined(_WIN32)
-// The platform's own headers have the same values.
-TEST(ResultCodes, StandardValues) {
-#define NMFV_CODE(Name)                                                                                                \
-    Row {                                                                                                              \
-        static_cast<std::uint32_t>(Name), #Name                                                                        \
-    }
-    const Row kCases[] = {
-        NMFV_CODE(VFW_S_CANT_CUE),
-        NMFV_CODE(E_NOTIMPL),
-        NMFV_CODE(E_UNEXPECTED),
-        NMFV_CODE(RPC_E_TIMEOUT),
-        NMFV_CODE(MK_E_UNAVAILABLE),
-        NMFV_CODE(VFW_E_INVALIDMEDIATYPE),
-        NMFV_CODE(VFW_E_BUFFER_OVERFLOW),
-        NMFV_CODE(VFW_E_INVALID_MEDIA_TYPE),
-        NMFV_CODE(HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION)),
-        NMFV_CODE(E_INVALIDARG),
-        NMFV_CODE(HRESULT_FROM_WIN32(ERROR_NOACCESS)),
-        NMFV_CODE(NS_E_CONNECTION_FAILURE),
-        NMFV_CODE(NS_E_LICENSE_REQUIRED),
-        NMFV_CODE(NS_E_INVALID_PUSH_PUBLISHING_POINT),
-        NMFV_CODE(NS_E_DRM_DEBUGGING_NOT_ALLOWED),
-        NMFV_CODE(NS_E_INCOMPATIBLE_PUSH_SERVER),
-    };
-#undef NMFV_CODE
-    for (const Row& expected : kCases) {
-        EXPECT_STREQ(expected.text, ResultCodeLookup(expected.code));
-    }
-}
-#endif
 
 } // namespace

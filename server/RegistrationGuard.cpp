@@ -29,6 +29,8 @@ bool ReadDefaultText(HKEY key, Text& text) {
 }
 
 // Null when nothing is registered, or nothing that exists.
+// Kept: the key is opened for all access though it is only read. Whoever may not write it gets past the guard and is
+// told so by the writer, in place of a success with nothing done. Test: Registration.MissingRightsAreTold.
 Text ReadRegisteredFile(REFCLSID clsid) {
     char keyPath[MAX_PATH];
     CRegKey key;

@@ -8,6 +8,8 @@
 #include "tests/support/PrivateRegistry.h"
 #include "tests/support/RegistryListing.h"
 
+#include <sddl.h>
+
 namespace {
 
 constexpr char kTransformKey[] = "MediaFoundation\\Transforms\\e2b7ed97-38c5-11d5-91f6-00104bdb8ff9";
@@ -83,6 +85,28 @@ TEST_F(Registration, AFailureSkipsAllButTheTypeLibrary) {
         EXPECT_HR(S_OK, m_module.Unregister());
         RegDeleteTreeA(HKEY_CLASSES_ROOT, row.obstacle);
     }
+}
+
+void Protect(HKEY key, const char* rights) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    ConvertStringSecurityDescriptorToSecurityDescriptorA(rights, SDDL_REVISION_1, &descriptor, nullptr);
+    EXPECT_EQ(0, RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, descriptor));
+    LocalFree(descriptor);
+}
+
+TEST_F(Registration, MissingRightsAreTold) {
+    const std::string server = std::string(kClasses[0].key) + "\\InprocServer32";
+    const std::string newer = m_copies.Add("newer", 0x00020000, 0);
+    HKEY key = nullptr;
+    RegCreateKeyExA(HKEY_CLASSES_ROOT, server.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
+    RegSetValueA(key, nullptr, REG_SZ, newer.c_str(), 0);
+    EXPECT_HR(S_OK, m_module.Register());
+    Protect(key, "D:(A;;KR;;;WD)");
+    EXPECT_HR(E_ACCESSDENIED, m_module.Register());
+    EXPECT_EQ(newer, ClassesText(server));
+    EXPECT_EQ("-", ClassesText(kClasses[1].key));
+    Protect(key, "D:(A;;KA;;;WD)");
+    RegCloseKey(key);
 }
 
 TEST_F(Registration, TypeLibraryFailureIsShownOnly) {

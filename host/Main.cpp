@@ -13,6 +13,10 @@
 
 namespace {
 
+void ShowHelp(const host::Command& command);
+
+constexpr std::string_view kRegistrationOptions[] = {"--dll", "--quiet"};
+
 constexpr host::VerbRow kVerbs[] = {
     {"deinterlace", "INPUT OUTPUT", "Sends INPUT through the transform to OUTPUT. \"--to none\" needs no OUTPUT.", 2, 2,
      &host::RunDeinterlace},
@@ -20,7 +24,21 @@ constexpr host::VerbRow kVerbs[] = {
      "Prints what the combing detector counts in every frame, and in the end which sensitivity tells the clip's "
      "interlaced frames from the others. Needs no transform.",
      1, 1, &host::RunAnalyse},
+    {"register", "",
+     "Registers NMFVDeitrx.dll (the one beside this program, or --dll FILE) for all programs, without any box. A newer "
+     "registered copy stays. Needs administrator rights.",
+     0, 0, &host::RunRegister, kRegistrationOptions},
+    {"unregister", "", "Takes that registration away; another copy's registration stays.", 0, 0, &host::RunUnregister,
+     kRegistrationOptions},
+    {"verify", "",
+     "Checks the registration piece by piece, creates what is registered, and says what is wrong and how to mend it.",
+     0, 0, &host::RunVerify, kRegistrationOptions},
+    {"help", "", "This text, as --help.", 0, 0, &ShowHelp, kRegistrationOptions},
 };
+
+void ShowHelp(const host::Command&) {
+    host::Print(host::HelpText(kVerbs));
+}
 
 std::vector<std::string> Arguments() {
     int count = 0;
@@ -37,7 +55,7 @@ void Run() {
     const std::vector<std::string> arguments = Arguments();
     const host::Command command = host::ParseCommand(kVerbs, arguments);
     if (command.options.help) {
-        host::Print(host::HelpText(kVerbs));
+        ShowHelp(command);
     } else if (command.options.version) {
         host::Print("nmfvdeint " NMFV_VERSION_TEXT "\n");
     } else {

@@ -21,6 +21,7 @@ constexpr std::string_view kExamples =
     "  nmfvdeint capture.avi clean.avi --method rebuild --mode all\n"
     "  nmfvdeint clip.y4m --to none --still 120 before-after.png\n"
     "  nmfvdeint analyse clip.y4m\n"
+    "  nmfvdeint register\n"
     "  ffmpeg -i tape.mpg -pix_fmt yuv422p -f yuv4mpegpipe - |\n"
     "    nmfvdeint - - --sensitivity 0.3 | ffmpeg -i - -c:v libx264 clean.mp4\n"
     "\n"
@@ -32,7 +33,8 @@ constexpr std::string_view kExamples =
     "  An output gets its name when it is whole; until then it is OUTPUT.*.part.\n"
     "\n"
     "Exit codes:\n"
-    "  0 done   1 command line   2 input   3 output   4 transform   5 interrupted\n";
+    "  0 done   1 command line   2 input   3 output   4 transform   5 interrupted\n"
+    "  6 registration: could not be changed, or verify found something wrong\n";
 
 } // namespace
 
@@ -40,7 +42,8 @@ std::string HelpText(std::span<const VerbRow> verbs) {
     std::string text(kIntroduction);
     for (const VerbRow& verb : verbs) {
         const std::string name = &verb == verbs.data() ? "" : std::string(verb.name) + " ";
-        const std::string usage = "  nmfvdeint " + name + std::string(verb.arguments) + " [options]";
+        const std::string usage =
+            "  nmfvdeint " + name + std::string(verb.arguments) + (verb.arguments.empty() ? "" : " ") + "[options]";
         text += usage + "\n      " + WrapHelp(verb.help, 6);
     }
     text += DescribeOptions(AllOptions());

@@ -14,6 +14,7 @@ enum class ExitCode {
     Output = 3,
     Transform = 4,
     Interrupted = 5,
+    Registration = 6,
 };
 
 // `what()` is UTF-8 and names the file, the position where there is one, and what to do.

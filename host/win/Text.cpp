@@ -1,5 +1,8 @@
 #include "host/win/Text.h"
 
+#include "diag/ResultCodes.h"
+
+#include <cstdint>
 #include <cstdio>
 
 namespace host {
@@ -39,9 +42,12 @@ std::string ErrorText(DWORD error) {
 }
 
 std::string ResultText(HRESULT result) {
-    char code[16];
-    std::snprintf(code, sizeof code, "(0x%08lX)", static_cast<unsigned long>(result));
-    return SystemText(static_cast<DWORD>(result)) + code;
+    const auto code = static_cast<std::uint32_t>(result);
+    char number[16];
+    std::snprintf(number, sizeof number, "0x%08X", static_cast<unsigned>(code));
+    // A code without a name comes back as its number.
+    const std::string name = ResultCodeLookup(code);
+    return SystemText(code) + "(" + (name == number ? "" : name + ", ") + number + ")";
 }
 
 void Check(HRESULT result, ExitCode code, const std::string& what) {

@@ -12,7 +12,7 @@ namespace host {
 std::wstring ToWide(std::string_view utf8);
 std::string ToUtf8(std::wstring_view wide);
 
-// "Access is denied. (error 5)", "... (0x80070005)"
+// "Access is denied. (error 5)", "Access is denied. (E_ACCESSDENIED, 0x80070005)"
 std::string ErrorText(DWORD error);
 std::string ResultText(HRESULT result);
 

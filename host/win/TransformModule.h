@@ -2,10 +2,11 @@
 #pragma once
 
 #include "host/parts/Options.h"
+#include "host/win/DllFile.h"
 
 #include <mftransform.h>
+#include <optional>
 #include <string>
-#include <windows.h>
 #include <wrl/client.h>
 
 namespace host {
@@ -16,7 +17,6 @@ public:
     CTransformModule() = default;
     CTransformModule(const CTransformModule&) = delete;
     CTransformModule& operator=(const CTransformModule&) = delete;
-    ~CTransformModule();
 
     // As --dll and --registered say; with neither, from NMFVDeitrx.dll beside this program or else by class identifier.
     // COM must be initialised. Throws HostError with ExitCode::Transform.
@@ -25,7 +25,7 @@ public:
 private:
     Microsoft::WRL::ComPtr<IMFTransform> CreateFromFile(const std::wstring& path);
 
-    HMODULE m_module = nullptr;
+    std::optional<CDllFile> m_dll;
 };
 
 } // namespace host

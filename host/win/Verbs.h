@@ -5,8 +5,11 @@
 
 namespace host {
 
-// Both throw HostError.
+// All throw HostError.
 void RunDeinterlace(const Command& command);
 void RunAnalyse(const Command& command);
+void RunRegister(const Command& command);
+void RunUnregister(const Command& command);
+void RunVerify(const Command& command);
 
 } // namespace host

@@ -1,0 +1,44 @@
+#include "host/win/DllFile.h"
+
+#include "host/win/Text.h"
+
+namespace host {
+
+namespace {
+
+std::wstring PathOf(HMODULE module) {
+    wchar_t path[32768];
+    return {path, GetModuleFileNameW(module, path, ARRAYSIZE(path))};
+}
+
+} // namespace
+
+std::wstring FullPath(const std::wstring& path) {
+    wchar_t full[32768];
+    const DWORD length = GetFullPathNameW(path.c_str(), ARRAYSIZE(full), full, nullptr);
+    return length != 0 && length < ARRAYSIZE(full) ? std::wstring(full, length) : path;
+}
+
+std::wstring DllBesideProgram() {
+    std::wstring path = PathOf(nullptr);
+    path.resize(path.find_last_of(L"\\/") + 1);
+    path += L"NMFVDeitrx.dll";
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES ? path : std::wstring();
+}
+
+CDllFile::CDllFile(const std::wstring& path)
+    : m_module(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
+    if (!m_module) {
+        throw HostError(ExitCode::Transform, ToUtf8(path) + ": cannot be loaded: " + ErrorText(GetLastError()));
+    }
+}
+
+CDllFile::~CDllFile() {
+    FreeLibrary(m_module);
+}
+
+std::wstring CDllFile::Path() const {
+    return PathOf(m_module);
+}
+
+} // namespace host

@@ -2,6 +2,8 @@
 
 #include "host/win/Text.h"
 
+#include <wrl/client.h>
+
 namespace host {
 
 namespace {
@@ -35,6 +37,19 @@ CDllFile::CDllFile(const std::wstring& path)
 
 CDllFile::~CDllFile() {
     FreeLibrary(m_module);
+}
+
+HRESULT CDllFile::GetFactory(const CLSID& id, IClassFactory** factory) const {
+    auto* const getClassObject = Find<HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    return getClassObject ? getClassObject(id, IID_PPV_ARGS(factory)) : E_NOTIMPL;
+}
+
+bool HoldsClass(const std::wstring& path, const CLSID& id) try {
+    const CDllFile file(path);
+    Microsoft::WRL::ComPtr<IClassFactory> factory;
+    return SUCCEEDED(file.GetFactory(id, factory.GetAddressOf()));
+} catch (const HostError&) {
+    return false;
 }
 
 std::wstring CDllFile::Path() const {

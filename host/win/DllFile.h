@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <unknwn.h>
 #include <windows.h>
 
 namespace host {
@@ -30,8 +31,14 @@ public:
         return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
     }
 
+    // What the DLL says when it is asked for the class's factory; E_NOTIMPL when it is no COM server.
+    HRESULT GetFactory(const CLSID& id, IClassFactory** factory) const;
+
 private:
     HMODULE m_module;
 };
+
+// Whether the file is there, loads, and makes objects of the class.
+bool HoldsClass(const std::wstring& path, const CLSID& id);
 
 } // namespace host

@@ -20,7 +20,6 @@ namespace {
 
 constexpr char kElevate[] = " Run it again from a command prompt that was started as administrator.";
 
-using ClassObjectFn = HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**);
 using EntryFn = HRESULT STDAPICALLTYPE();
 
 [[noreturn]] void Fail(const std::string& text) {
@@ -32,10 +31,8 @@ class CServer {
 public:
     explicit CServer(const Options& options)
         : m_dll(PathFor(options)) {
-        auto* const getClassObject = m_dll.Find<ClassObjectFn>("DllGetClassObject");
         ComPtr<IClassFactory> factory;
-        if (!getClassObject ||
-            FAILED(getClassObject(__uuidof(NMFVDeinterlace), IID_PPV_ARGS(factory.GetAddressOf())))) {
+        if (FAILED(m_dll.GetFactory(__uuidof(NMFVDeinterlace), factory.GetAddressOf()))) {
             throw HostError(ExitCode::Transform, Name() + ": does not hold the transform.");
         }
     }
@@ -138,6 +135,25 @@ void CheckRegistered(const CServer& server) {
     }
 }
 
+// The DLL gives way to any file of a higher version that is registered, whatever it is.
+void CheckKeeper(const std::wstring& path) {
+    if (!HoldsClass(path, __uuidof(NMFVDeinterlace))) {
+        Fail(ToUtf8(path) +
+             ": is registered and has a higher version, so nothing was changed, but it does not hold the "
+             "transform. Delete HKEY_CLASSES_ROOT\\" +
+             ToUtf8(ClassKey(__uuidof(NMFVDeinterlace))) + " and register again.");
+    }
+}
+
+// The platform unregisters a type library only when it can load it. One whose file is gone gets this file first.
+void ReplaceLostTypeLibrary(const CServer& server) {
+    const auto path = ClassesText(TypeLibraryPathKey());
+    if (path && GetFileAttributesW(path->c_str()) == INVALID_FILE_ATTRIBUTES) {
+        ComPtr<ITypeLib> library;
+        (void)LoadTypeLibEx(server.Path().c_str(), REGKIND_REGISTER, library.GetAddressOf()); // else it is left over
+    }
+}
+
 std::string Listed(const std::vector<std::string>& parts) {
     std::string text;
     for (const std::string& part : parts) {
@@ -162,6 +178,7 @@ void RunRegister(const Command& command) {
         Fail(server.Name() + ": says that it is registered, but it is not. Is another installation running?");
     }
     if (!SamePath(after, server.Path())) {
+        CheckKeeper(after);
         Tell(command.options, "Nothing was changed: a newer copy is registered already, " + earlier + ". This one is " +
                                   server.NameAndVersion() +
                                   ". To go back to it, unregister the other first: nmfvdeint unregister --dll \"" +
@@ -182,6 +199,7 @@ void RunUnregister(const Command& command) {
     }
     CheckRights();
     const std::wstring before = RegisteredPath();
+    ReplaceLostTypeLibrary(server);
     Call(server, "DllUnregisterServer");
     const std::vector<std::string> left = RegisteredParts();
     if (left.empty()) {
@@ -196,7 +214,7 @@ void RunUnregister(const Command& command) {
                                   "--dll \"" + ToUtf8(before) + "\"");
         return;
     }
-    Fail("some of the registration could not be removed: " + Listed(left) + "." + kElevate);
+    Fail("some of the registration could not be removed: " + Listed(left) + ". \"nmfvdeint verify\" tells more.");
 }
 
 } // namespace host

@@ -40,13 +40,12 @@ ComPtr<IMFTransform> CTransformModule::Create(const Options& options) {
 ComPtr<IMFTransform> CTransformModule::CreateFromFile(const std::wstring& path) {
     const std::string name = ToUtf8(path);
     m_dll.emplace(path);
-    auto* const getClassObject = m_dll->Find<HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
-    if (!getClassObject) {
+    ComPtr<IClassFactory> factory;
+    const HRESULT result = m_dll->GetFactory(__uuidof(NMFVDeinterlace), factory.GetAddressOf());
+    if (result == E_NOTIMPL) {
         throw HostError(ExitCode::Transform, name + ": this is no COM server (it does not export DllGetClassObject).");
     }
-    ComPtr<IClassFactory> factory;
-    Check(getClassObject(__uuidof(NMFVDeinterlace), IID_PPV_ARGS(factory.GetAddressOf())), ExitCode::Transform,
-          name + ": does not hold the transform");
+    Check(result, ExitCode::Transform, name + ": does not hold the transform");
     ComPtr<IMFTransform> transform;
     Check(factory->CreateInstance(nullptr, IID_PPV_ARGS(transform.GetAddressOf())), ExitCode::Transform,
           name + ": the transform cannot be created");

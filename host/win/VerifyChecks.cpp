@@ -20,8 +20,8 @@ namespace {
 
 constexpr char kPutBack[] = "put NMFVDeitrx.dll back there, or register the copy that you have: nmfvdeint register "
                             "--dll FILE";
-constexpr char kReplace[] = "put an undamaged NMFVDeitrx.dll in its place, or register another copy: nmfvdeint "
-                            "register --dll FILE";
+constexpr char kReplace[] =
+    "remove that file or put an undamaged NMFVDeitrx.dll in its place, then: nmfvdeint register";
 constexpr const char* kExports[] = {"DllGetClassObject", "DllCanUnloadNow", "DllRegisterServer", "DllUnregisterServer"};
 
 Finding Fine(std::string text) {
@@ -44,9 +44,10 @@ bool Exists(const std::wstring& path) {
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-// What writes the registration anew for the copy that is registered.
+// What writes the registration anew, for the copy that is registered if that is one.
 std::string RegisterAgain(const VerifySubject& subject) {
-    const bool other = Exists(subject.registered) && !SamePath(subject.registered, DllBesideProgram());
+    const bool other =
+        !SamePath(subject.registered, DllBesideProgram()) && HoldsClass(subject.registered, *RegisteredClasses()[0].id);
     return "nmfvdeint register" + (other ? " --dll \"" + ToUtf8(subject.registered) + "\"" : "");
 }
 
@@ -185,16 +186,6 @@ Finding LookAtTypeLibrary(const VerifySubject& subject, std::size_t) {
     return Fine("loads, and describes the control interface");
 }
 
-// A class that is registered for a later version's sake is none that this file makes.
-bool IsMadeBy(const std::wstring& path, const CLSID& id) try {
-    const CDllFile file(path);
-    auto* const getClassObject = file.Find<HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
-    ComPtr<IClassFactory> factory;
-    return !getClassObject || getClassObject(id, IID_PPV_ARGS(factory.GetAddressOf())) != CLASS_E_CLASSNOTAVAILABLE;
-} catch (const HostError&) {
-    return true;
-}
-
 Finding LookAtObject(const VerifySubject& subject, std::size_t row) {
     const RegisteredClass& registered = RegisteredClasses()[row];
     const CSavedSettings saved; // a transform saves its settings when it goes
@@ -206,7 +197,9 @@ Finding LookAtObject(const VerifySubject& subject, std::size_t row) {
     if (SUCCEEDED(result)) {
         return Fine("created");
     }
-    if (result == CLASS_E_CLASSNOTAVAILABLE && row != 0 && !IsMadeBy(subject.registered, *registered.id)) {
+    // The pages are registered for the sake of versions that have them.
+    if (result == CLASS_E_CLASSNOTAVAILABLE && row != 0 && !HoldsClass(subject.registered, *registered.id) &&
+        HoldsClass(subject.registered, *RegisteredClasses()[0].id)) {
         return {Verdict::NotLookedAt, "the registered version makes no such object", {}};
     }
     return Wrong("cannot be created: " + ResultText(result), RegisterAgain(subject));

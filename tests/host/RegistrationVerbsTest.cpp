@@ -1,7 +1,7 @@
 // register, unregister and verify with the real registry and real copies of the DLL.
 #include "tests/host/ToolRun.h"
+#include "tests/support/ModuleCopies.h"
 
-#include <algorithm>
 #include <windows.h>
 
 namespace host {
@@ -30,39 +30,14 @@ protected:
         ToolTest::TearDown();
     }
 
-    // A copy of the DLL in the test's folder in which `was` is `is`.
-    void Copy(const std::string& name, const Bytes& was, const Bytes& is) {
-        std::filesystem::copy_file(ModulePath(), m_folder / name);
-        Bytes bytes = Read(name);
-        const auto at = std::search(bytes.begin(), bytes.end(), was.begin(), was.end());
-        ASSERT_NE(at, bytes.end());
-        std::copy(is.begin(), is.end(), at);
-        Write(name, bytes);
-    }
-
-    // Versions are stored as two words, the first number in the upper half; 0x0001 is 1.0's.
-    void CopyWithVersion(const std::string& name, std::uint8_t number) {
-        Bytes is = kVersion;
-        is[10] = number;
-        Copy(name, kVersion, is);
-    }
-
-    void Expect(const std::string& line, unsigned long code, const std::string& said) const {
-        const ToolResult result = Run(line);
-        EXPECT_EQ(result.code, code) << line << ": " << result.errors;
+    void Expect(const std::vector<std::string>& line, unsigned long code, const std::string& said) const {
+        const ToolResult result = RunTool(m_folder, line);
+        EXPECT_EQ(result.code, code) << line[0] << ": " << result.errors;
         EXPECT_NE((result.Text() + result.errors).find(said), std::string::npos)
-            << line << " does not say \"" << said << "\": " << result.Text() << result.errors;
+            << line[0] << " does not say \"" << said << "\": " << result.Text() << result.errors;
     }
 
-private:
-    static std::filesystem::path ModulePath() {
-        wchar_t path[MAX_PATH];
-        GetModuleFileNameW(nullptr, path, MAX_PATH);
-        return std::filesystem::path(path).replace_filename("NMFVDeitrx.dll");
-    }
-
-    // Signature and structure version of the version resource, then 1.0.
-    const Bytes kVersion = {0xBD, 0x04, 0xEF, 0xFE, 0, 0, 1, 0, 0, 0, 1, 0};
+    ModuleCopies m_copies;
 };
 
 void SetText(const char* key, const char* value, const char* text) {
@@ -85,65 +60,64 @@ TEST_F(RegistrationVerbs, VerifyNamesWhatIsBrokenAndRegisterMendsIt) {
         {kLibrary, nullptr, nullptr, "WRONG  automation"},
         {kLibraryPath, "", "C:\\gone\\NMFVDeitrx.dll", "WRONG  type library's key"},
     };
-    Expect("register", 0, "Registered ");
-    Expect("verify", 0, "is in order");
+    Expect({"register"}, 0, "Registered ");
+    Expect({"verify"}, 0, "is in order");
     for (const Case& c : kCases) {
         if (c.text) {
             SetText(c.key, c.value, c.text);
         } else {
             ASSERT_EQ(RegDeleteTreeA(HKEY_CLASSES_ROOT, c.key), ERROR_SUCCESS) << c.key;
         }
-        Expect("verify --quiet", 6, c.named);
-        Expect("verify --quiet", 6, "To mend it: nmfvdeint register");
-        Expect("register", 0, "Registered ");
-        Expect("verify --quiet", 0, "");
+        Expect({"verify", "--quiet"}, 6, c.named);
+        Expect({"verify", "--quiet"}, 6, "To mend it: nmfvdeint register");
+        Expect({"register"}, 0, "Registered ");
+        Expect({"verify", "--quiet"}, 0, "");
     }
-    Expect("unregister", 0, "Unregistered ");
-    Expect("unregister", 0, "Nothing was changed");
+    Expect({"unregister"}, 0, "Unregistered ");
+    Expect({"unregister"}, 0, "Nothing was changed");
 }
 
 // Registration gives way to it, as it would to a newer copy.
 TEST_F(RegistrationVerbs, AForeignFileInTheClassKeyIsNamed) {
-    Expect("register", 0, "Registered ");
+    Expect({"register"}, 0, "Registered ");
     SetText(kServer, "", "C:\\windows\\system32\\kernel32.dll");
-    Expect("verify", 6, "WRONG  entry points");
-    Expect("register", 6, "kernel32.dll: is registered and has a higher version");
+    Expect({"verify"}, 6, "WRONG  entry points");
+    Expect({"register"}, 6, "kernel32.dll: is registered and has a higher version");
 }
 
 TEST_F(RegistrationVerbs, CopiesRespectEachOther) {
-    CopyWithVersion("newer.dll", 2);
-    CopyWithVersion("older.dll", 0);
-    Expect("register --dll older.dll", 0, "older.dll, version 0.0.0.0");
-    Expect("verify", 6, "WRONG  version");
-    Expect("register --dll newer.dll", 0, "in place of ");
-    Expect("verify", 0, "newer.dll");
-    Expect("register", 0, "a newer copy is registered already");
-    Expect("unregister", 0, "another copy is registered");
-    Expect("verify", 0, "newer.dll");
-    std::filesystem::remove(m_folder / "newer.dll");
-    Expect("unregister", 0, "Unregistered ");
+    const std::string older = m_copies.Add("older", 0x00000009, 0x00050000);
+    const std::string newer = m_copies.Add("newer", 0x00010000, 0x00000001);
+    Expect({"register", "--dll", older}, 0, older + ", version 0.9.5.0");
+    Expect({"verify"}, 6, "WRONG  version");
+    Expect({"register", "--dll", newer}, 0, "in place of " + older);
+    Expect({"verify"}, 0, newer);
+    Expect({"register"}, 0, "a newer copy is registered already, " + newer + ", version 1.0.0.1");
+    Expect({"unregister"}, 0, "another copy is registered, " + newer);
+    Expect({"verify"}, 0, newer);
+    std::filesystem::remove(newer);
+    Expect({"unregister"}, 0, "Unregistered ");
 }
 
 // Neither may leave a box that waits for somebody.
 TEST_F(RegistrationVerbs, NothingIsShownWhenTheTypeLibraryFails) {
-    Copy("bare.dll", {'T', 0, 'Y', 0, 'P', 0, 'E', 0, 'L', 0}, {'T', 0, 'Y', 0, 'P', 0, 'E', 0, 'X', 0});
-    Expect("register --dll bare.dll", 6, "no usable type library");
-    Expect("verify", 6, "is not registered");
+    Expect({"register", "--dll", m_copies.AddWithoutTypeLibrary("bare")}, 6, "no usable type library");
+    Expect({"verify"}, 6, "is not registered");
     // Below a key that goes with the session nothing lasting can be made, so only the registration itself fails.
     HKEY key = nullptr;
     ASSERT_EQ(RegCreateKeyExA(HKEY_CLASSES_ROOT, kLibraryVersion, 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
                               nullptr, &key, nullptr),
               ERROR_SUCCESS);
     RegCloseKey(key);
-    Expect("register", 6, "its type library is not");
+    Expect({"register"}, 6, "NMFVDeitrx.dll says: Failed to register type library: ");
     RegDeleteTreeA(HKEY_CLASSES_ROOT, kLibrary);
 }
 
 TEST_F(RegistrationVerbs, OtherFilesAreRefused) {
     Write("text.dll", {'n', 'o'});
-    Expect("register --dll absent.dll", 4, "absent.dll: cannot be loaded");
-    Expect("register --dll text.dll", 4, "text.dll: cannot be loaded");
-    Expect("unregister --dll C:\\windows\\system32\\kernel32.dll", 4, "does not hold the transform");
+    Expect({"register", "--dll", "absent.dll"}, 4, "absent.dll: cannot be loaded");
+    Expect({"register", "--dll", "text.dll"}, 4, "text.dll: cannot be loaded");
+    Expect({"unregister", "--dll", "C:\\windows\\system32\\kernel32.dll"}, 4, "does not hold the transform");
 }
 
 } // namespace

@@ -1,0 +1,160 @@
+// The shipped assembly manifest: the classes without registration.
+#include "com/Scoped.h"
+#include "tests/support/ComChecks.h"
+#include "tests/support/PrivateRegistry.h"
+
+#include "NMFVDeinterlace.h"
+#include "NMFVDeinterlaceKeys.h"
+
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include <mfapi.h>
+#include <mftransform.h>
+#include <windows.h>
+
+namespace {
+
+// What an application's own manifest says.
+constexpr char kClientManifest[] = R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
+<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
+  <assemblyIdentity type="win32" name="Client" version="1.0.0.0"/>
+  <dependency><dependentAssembly>
+    <assemblyIdentity type="win32" name="NMFVDeitrx.X" version="1.0.0.0" processorArchitecture="amd64"/>
+  </dependentAssembly></dependency>
+</assembly>)";
+
+std::filesystem::path ProgramFolder() {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::filesystem::path(path).parent_path();
+}
+
+// Makes the calling thread see the assembly beside the test program, as an application's manifest does for it all.
+class Activation {
+public:
+    Activation() {
+        const auto file =
+            std::filesystem::temp_directory_path() / ("client" + std::to_string(GetCurrentProcessId()) + ".manifest");
+        std::ofstream(file) << kClientManifest;
+        const std::wstring folder = ProgramFolder().wstring();
+        ACTCTXW context{};
+        context.cbSize = sizeof(context);
+        context.dwFlags = ACTCTX_FLAG_ASSEMBLY_DIRECTORY_VALID;
+        context.lpSource = file.c_str();
+        context.lpAssemblyDirectory = folder.c_str();
+        m_context = CreateActCtxW(&context);
+        m_error = GetLastError();
+        std::filesystem::remove(file);
+        m_active = m_context != INVALID_HANDLE_VALUE && ActivateActCtx(m_context, &m_cookie);
+    }
+    Activation(const Activation&) = delete;
+    Activation& operator=(const Activation&) = delete;
+    ~Activation() {
+        if (m_active) {
+            DeactivateActCtx(0, m_cookie);
+        }
+        ReleaseActCtx(m_context);
+    }
+
+    bool Active() const { return m_active; }
+    DWORD Error() const { return m_error; }
+
+private:
+    HANDLE m_context = INVALID_HANDLE_VALUE;
+    ULONG_PTR m_cookie = 0;
+    DWORD m_error = 0;
+    bool m_active = false;
+};
+
+HRESULT Create(const CLSID& id, CComRef<IUnknown>& object) {
+    return CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.PutVoid());
+}
+
+class Manifest : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_user.Active());
+        ASSERT_HR(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+        CComRef<IUnknown> object;
+        ASSERT_HR(REGDB_E_CLASSNOTREG, Create(CLSID_NMFVDeinterlace, object)) << "with a registered transform this "
+                                                                                 "would prove nothing";
+    }
+    void TearDown() override { CoUninitialize(); }
+
+    PrivateRegistry m_user{HKEY_CURRENT_USER};
+};
+
+TEST_F(Manifest, CreatesTheTransformAndItsAutomation) {
+    const Activation activation;
+    ASSERT_TRUE(activation.Active()) << activation.Error();
+    CComRef<IUnknown> object;
+    ASSERT_HR(S_OK, Create(CLSID_NMFVDeinterlace, object));
+    CComRef<IMFTransform> transform;
+    EXPECT_HR(S_OK, object->QueryInterface(IID_IMFTransform, transform.PutVoid()));
+    CComRef<IDispatch> automation;
+    ASSERT_HR(S_OK, object->QueryInterface(IID_IDispatch, automation.PutVoid()));
+    wchar_t name[] = L"AutoDeinterlaceSensitivity";
+    wchar_t* names[] = {name};
+    DISPID id = 0;
+    ASSERT_HR(S_OK, automation->GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &id));
+    DISPPARAMS none{};
+    VARIANT value;
+    VariantInit(&value);
+    ASSERT_HR(S_OK,
+              automation->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none, &value, nullptr, nullptr));
+    EXPECT_EQ(VT_R8, value.vt);
+    EXPECT_EQ(1.0, value.dblVal);
+}
+
+// The DLL is found and asked for each class that a registration would name.
+TEST_F(Manifest, NamesEveryClass) {
+    const Activation activation;
+    ASSERT_TRUE(activation.Active()) << activation.Error();
+    for (const CLSID* id :
+         {&CLSID_NMFVDeinterlaceSettingsPage, &CLSID_NMFVDeinterlaceRoiPage, &CLSID_NMFVDeinterlaceAboutPage}) {
+        CComRef<IUnknown> object;
+        const HRESULT hr = Create(*id, object);
+        EXPECT_NE(Hr{REGDB_E_CLASSNOTREG}, Hr{hr});
+    }
+}
+
+// Holds a transform in an apartment of another thread until `done` is set; `stream` then carries its control interface.
+void LendControl(CComRef<IStream>& stream, HANDLE ready, HANDLE done) {
+    const Activation activation;
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    {
+        CComRef<IUnknown> object;
+        EXPECT_HR(S_OK, Create(CLSID_NMFVDeinterlace, object));
+        EXPECT_HR(S_OK, CoMarshalInterThreadInterfaceInStream(IID_INMFVDeinterlace, object.Get(), stream.Put()));
+        SetEvent(ready);
+        DWORD index = 0;
+        CoWaitForMultipleHandles(0, INFINITE, 1, &done, &index);
+    }
+    CoUninitialize();
+}
+
+TEST_F(Manifest, ControlInterfaceReachesOtherApartments) {
+    const Activation activation;
+    ASSERT_TRUE(activation.Active()) << activation.Error();
+    CScoped<HANDLE, &CloseHandle> ready(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    CScoped<HANDLE, &CloseHandle> done(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    CComRef<IStream> stream;
+    std::thread apartment([&] { LendControl(stream, ready.Get(), done.Get()); });
+    WaitForSingleObject(ready.Get(), INFINITE);
+    CComRef<INMFVDeinterlace> control;
+    double sensitivity = 0;
+    if (stream) {
+        EXPECT_HR(S_OK, CoGetInterfaceAndReleaseStream(stream.Detach(), IID_INMFVDeinterlace, control.PutVoid()));
+    }
+    if (control) {
+        EXPECT_HR(S_OK, control->get_AutoDeinterlaceSensitivity(&sensitivity));
+    }
+    EXPECT_EQ(1.0, sensitivity);
+    control.Reset();
+    SetEvent(done.Get());
+    apartment.join();
+}
+
+} // namespace

@@ -1,0 +1,86 @@
+/* Ids of dialogs, controls, strings and the icon, for code and resource scripts. A control's hover text is the string
+   of the same id. */
+#ifndef NMFV_UI_RESOURCE_IDS_H
+#define NMFV_UI_RESOURCE_IDS_H
+
+/* Dialogs */
+#define IDD_SETTINGS 105
+#define IDD_ROI 106
+#define IDD_ABOUT 5240
+
+/* Page titles */
+#define IDS_TITLE_SETTINGS 1010
+#define IDS_TITLE_ROI 1192
+#define IDS_TITLE_ABOUT 1
+
+/* Both pages of settings: the line that describes the control under the mouse */
+#define IDC_DESCRIPTION 1013
+
+/* Settings page: what is deinterlaced, and how */
+#define IDC_ENABLE_DEINTERLACE 1075
+#define IDC_AUTO_DEINTERLACE 1196
+#define IDC_SENSITIVITY_LABEL 2096
+#define IDC_SENSITIVITY 2095
+#define IDC_START_WITH_EVEN_FRAME 1090
+#define IDC_MERGE_FIELDS 1197
+#define IDC_START_WITH_EVEN_LINES 1087
+
+/* Settings page: global pattern */
+#define IDC_GLOBAL_PATTERN 1186
+#define IDC_GLOBAL_PREAMBLE 1139
+#define IDC_GLOBAL_PREAMBLE_DEINTERLACE 1184
+#define IDC_GLOBAL_PREAMBLE_IGNORE 1185
+#define IDC_GLOBAL_NO_DEINTERLACE 1102
+#define IDC_GLOBAL_DEINTERLACE 1142
+
+/* Settings page: segments */
+#define IDC_TIME_FORMAT 1166
+#define IDC_SEGMENTS 1172
+#define IDC_ADD_SEGMENT 1173
+#define IDC_REMOVE_SEGMENT 1174
+#define IDC_SEGMENT_UP 1175
+#define IDC_SEGMENT_DOWN 1176
+#define IDC_SEGMENT_START_LABEL 1191
+#define IDC_START_HOURS 1187
+#define IDC_START_MINUTES 1188
+#define IDC_START_SECONDS 1189
+#define IDC_START_MILLISECONDS 1190 /* holds the start frame in frame format */
+#define IDC_OPERATION_NO_DEINTERLACE 1181
+#define IDC_OPERATION_DEINTERLACE 1182
+#define IDC_OPERATION_PATTERN 1183
+#define IDC_SEGMENT_PREAMBLE 1137
+#define IDC_SEGMENT_PREAMBLE_DEINTERLACE 1179
+#define IDC_SEGMENT_PREAMBLE_IGNORE 1180
+#define IDC_SEGMENT_NO_DEINTERLACE 1138
+#define IDC_SEGMENT_DEINTERLACE 1140
+
+/* ROI page: region of interest */
+#define IDC_ENABLE_ROI 1080
+#define IDC_ROI_LEFT 2085
+#define IDC_ROI_TOP 1077
+#define IDC_ROI_RIGHT 1078
+#define IDC_ROI_BOTTOM 1079
+#define IDC_ROI_LEFT_SPIN 1081
+#define IDC_ROI_TOP_SPIN 1082
+#define IDC_ROI_RIGHT_SPIN 1083
+#define IDC_ROI_BOTTOM_SPIN 1084
+
+/* ROI page: protected area */
+#define IDC_ENABLE_PROTECTED_AREA 2086
+#define IDC_PROTECTED_LEFT 2087
+#define IDC_PROTECTED_TOP 2091
+#define IDC_PROTECTED_RIGHT 2089
+#define IDC_PROTECTED_BOTTOM 2093
+#define IDC_PROTECTED_LEFT_SPIN 2088
+#define IDC_PROTECTED_TOP_SPIN 2092
+#define IDC_PROTECTED_RIGHT_SPIN 2090
+#define IDC_PROTECTED_BOTTOM_SPIN 2094
+
+/* About page */
+#define IDI_ABOUT 5241
+#define IDC_ABOUT_LINK 5242
+#define IDC_ABOUT_ICON 5243
+#define IDC_ABOUT_COMPONENT 5244
+#define IDC_ABOUT_NOTICE 5245
+
+#endif

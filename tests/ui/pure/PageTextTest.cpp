@@ -1,0 +1,207 @@
+// Texts, limits and conversions of the property pages.
+#include "ui/EdgeCheck.h"
+#include "ui/NumberText.h"
+#include "ui/SegmentText.h"
+#include "ui/SensitivityText.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <locale.h>
+#include <string>
+
+namespace {
+
+constexpr std::int64_t kMaxFrame = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t kMinFrame = std::numeric_limits<std::int64_t>::min();
+
+TEST(PageText, ListEntries) {
+    constexpr StartTime kTime{1, 2, 3, 4};
+    constexpr FramePattern kPattern{-1, 5, 6, 4294967295};
+    constexpr struct {
+        std::int64_t frame;
+        std::int32_t operation;
+        const char* asTime;
+        const char* asFrame;
+    } kCases[] = {
+        {77, 2, " 1 : 2 : 3 . 4 ( P<5:6:-1>)", " 77 ( P<5:6:-1>)"},
+        {-1, 1, " 1 : 2 : 3 . 4 ( D )", " -1  ( D )"},
+        {kMaxFrame, 0, " 1 : 2 : 3 . 4 ( N )", " 9223372036854775807  ( N )"},
+        {0, 3, " 1 : 2 : 3 . 4 ( N )", " 0  ( N )"},
+    };
+    for (const auto& c : kCases) {
+        PageSegment segment;
+        segment.startTime = kTime;
+        segment.startFrame = c.frame;
+        segment.operation = c.operation;
+        segment.pattern = kPattern;
+        char text[kSegmentTextSize];
+        FormatSegment(segment, true, text);
+        EXPECT_STREQ(c.asTime, text);
+        FormatSegment(segment, false, text);
+        EXPECT_STREQ(c.asFrame, text);
+    }
+}
+
+TEST(PageText, Sensitivities) {
+    constexpr struct {
+        const char* text;
+        bool accepted;
+        double value;
+    } kCases[] = {
+        {"8", true, 8},
+        {"8.0001", false, 0},
+        {"0.001", true, 0.001},
+        {"0.0009999", false, 0},
+        {"", false, 0},
+        {".", false, 0},
+        {"1e-3", false, 0},
+        {"-1", false, 0},
+        {" 1", false, 0},
+        {"1,5", false, 0},
+        {"1.2.9", true, 1.2},
+        {".5", true, 0.5},
+        {"3.", true, 3},
+        {"00000000000000000002", true, 2},
+        {"0.00100000000000000", true, 0.001},
+        {"99999999999999999999", false, 0},
+    };
+    for (const auto& c : kCases) {
+        double value = 0;
+        EXPECT_EQ(c.accepted, ParseSensitivity(c.text, &value)) << c.text;
+        EXPECT_DOUBLE_EQ(c.value, value) << c.text;
+    }
+    double value = 0;
+    EXPECT_FALSE(ParseSensitivity(std::string(5000, '9').c_str(), &value)); // beyond every double
+
+    SensitivityText text;
+    for (const char* const name : {"C", "German", "de_DE.UTF-8"}) {
+        setlocale(LC_NUMERIC, name);
+        FormatSensitivity(8.0, text);
+        EXPECT_STREQ("8.000", text);
+        EXPECT_TRUE(ParseSensitivity("0.5", &value) && value == 0.5);
+    }
+    setlocale(LC_NUMERIC, "C");
+    FormatSensitivity(-1e300, text);
+    EXPECT_EQ(std::size_t{kSensitivityTextLength}, std::string(text).size());
+}
+
+TEST(PageText, Numbers) {
+    constexpr struct {
+        const char* text;
+        std::uint32_t number;
+        std::int64_t frame;
+    } kCases[] = {
+        {"", 0, 0},
+        {" 12", 12, 12},
+        {"12a", 12, 12},
+        {"x", 0, 0},
+        {"-5", 0, -5},
+        {"4294967295", 4294967295, 4294967295},
+        {"4294967296", 4294967295, 4294967296},
+        {"99999999999999999999", 4294967295, kMaxFrame},
+        {"-99999999999999999999", 0, kMinFrame},
+    };
+    for (const auto& c : kCases) {
+        EXPECT_EQ(c.number, UnsignedOfText(c.text)) << c.text;
+        EXPECT_EQ(c.frame, FrameOfText(c.text)) << c.text;
+    }
+}
+
+TEST(PageText, StartFrames) {
+    constexpr std::int64_t kCases[][2] = {
+        {200'000'000, 107'999'999}, {107'999'999, 107'999'999}, {-1, -1},
+        {kMinFrame, kMinFrame},     {kMaxFrame, kMaxFrame},     {kMaxFrame - 1, 107'999'999}};
+    for (const auto& [typed, kept] : kCases) {
+        EXPECT_EQ(kept, ClampStartFrame(typed));
+    }
+}
+
+std::string Clock(const StartTime& time) {
+    char text[64];
+    std::snprintf(text, sizeof(text), "%u:%u:%u.%u", time.hours, time.minutes, time.seconds, time.milliSeconds);
+    return text;
+}
+
+TEST(PageText, FramesAndTimesAgree) {
+    constexpr double kInfinite = std::numeric_limits<double>::infinity();
+    constexpr struct {
+        std::int64_t frame;
+        double rate;
+        const char* time;
+        std::int64_t back; // the frame of that time
+    } kCases[] = {
+        {90'000, 25, "1:0:0.0", 90'000},
+        {1, 29.97, "0:0:0.33", 1},
+        {2, 60, "0:0:0.33", 2},
+        {33, 0.05, "0:0:1.0", 33}, // too slow a rate: 33 instead
+        {33, std::numeric_limits<double>::quiet_NaN(), "0:0:1.0", 33},
+        {107'999'999, 30, "999:59:59.966", 107'999'999},
+        {-1, 30, "0:0:0.0", 0},
+        {kMinFrame, kInfinite, "0:0:0.0", 0},
+        {kMaxFrame, 30, "999:59:59.999", 107'999'999},
+        {kMaxFrame, 1e-9, "999:59:59.999", 107'999'999},
+    };
+    for (const auto& c : kCases) {
+        const StartTime time = TimeOfStartFrame(c.frame, c.rate);
+        EXPECT_EQ(c.time, Clock(time)) << c.frame << " at " << c.rate;
+        EXPECT_EQ(c.back, FrameOfStartTime(time, c.rate)) << c.frame << " at " << c.rate;
+    }
+    EXPECT_EQ(kLastPageFrame, FrameOfStartTime(kLastStartTime, kInfinite));
+    EXPECT_EQ("999:59:59.999", Clock(ClampStartTime({1000, 75, UINT32_MAX, 1000})));
+    EXPECT_EQ("998:58:0.1", Clock(ClampStartTime({998, 58, 0, 1})));
+}
+
+TEST(PageText, Limits) {
+    constexpr std::int32_t kCases[][6] = {
+        // input size, spin limits, edit limits
+        {720, 576, 720, 576, 720, 576}, {-1, -1, 640, 480, 640, 480}, {-1, 576, 640, 576, 640, 576},
+        {0, 576, 1600, 1600, 0, 576},   {720, 0, 1600, 1600, 720, 0}, {40000, 70000, 32767, 32767, 40000, 70000},
+    };
+    for (const auto& c : kCases) {
+        const EdgeLimits spin = SpinLimits(c[0], c[1]);
+        const EdgeLimits edit = EditLimits(c[0], c[1]);
+        EXPECT_EQ(std::tie(c[2], c[3], c[4], c[5]), std::tie(spin.width, spin.height, edit.width, edit.height));
+    }
+}
+
+TEST(PageText, Edges) {
+    constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
+    constexpr PageRectangle kPlain{10, 20, 100, 200};
+    constexpr struct {
+        PageRectangle rectangle;
+        Edge edge;
+        std::int32_t typed;
+        bool stands;
+        std::int64_t corrected;
+    } kCases[] = {
+        {kPlain, Edge::kLeft, 99, true, 0},
+        {kPlain, Edge::kLeft, 100, false, 99},
+        {kPlain, Edge::kLeft, 0, false, 0},
+        {kPlain, Edge::kLeft, -1, false, 0}, // 4294967295 as typed
+        {kPlain, Edge::kTop, 199, true, 0},
+        {kPlain, Edge::kTop, 200, false, 199},
+        {kPlain, Edge::kRight, 0, false, 11},
+        {kPlain, Edge::kRight, 11, false, 11}, // rewritten all the same
+        {kPlain, Edge::kRight, 640, true, 0},
+        {kPlain, Edge::kRight, 641, false, 640},
+        {kPlain, Edge::kBottom, 21, false, 21},
+        {kPlain, Edge::kBottom, 22, true, 0},
+        {kPlain, Edge::kBottom, 5000, false, 480},
+        {{-5, 0, 9, 9}, Edge::kRight, 0, false, 0}, // a negative minimum
+        {{-5, 0, 9, 9}, Edge::kRight, 1, true, 0},
+        {{0, 0, 0, 0}, Edge::kLeft, 5, false, -1},
+        {{kHighest, 0, kLowest, 0}, Edge::kLeft, 1, false, -2147483649},
+        {{kHighest, 0, kLowest, 0}, Edge::kRight, 1, false, 2147483648},
+    };
+    for (const auto& c : kCases) {
+        std::int64_t corrected = 0;
+        EXPECT_EQ(c.stands, CheckEdge(c.rectangle, c.edge, {640, 480}, c.typed, &corrected)) << &c - kCases;
+        if (!c.stands) {
+            EXPECT_EQ(c.corrected, corrected) << &c - kCases;
+        }
+    }
+}
+
+} // namespace

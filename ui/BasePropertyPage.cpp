@@ -4,11 +4,20 @@
 
 #include <cwchar>
 
+#include <commctrl.h>
+
 namespace {
 
 constexpr SIZE kFallbackSize = {340, 150}; // pixels, for a dialog that can't be made
 
+// The spin buttons' class is not there before this; a host without such controls has not asked for it.
+void RegisterControls() {
+    const INITCOMMONCONTROLSEX wanted = {sizeof(wanted), ICC_UPDOWN_CLASS};
+    InitCommonControlsEx(&wanted);
+}
+
 HWND MakeDialog(UINT dialogId, HWND parent, DLGPROC procedure, CBasePropertyPage* page) {
+    RegisterControls();
     return CreateDialogParamA(ModuleInstance(), MAKEINTRESOURCEA(dialogId), parent, procedure,
                               reinterpret_cast<LPARAM>(page));
 }

@@ -1,0 +1,23 @@
+// F1 anywhere on a property sheet: a hook on the sheet's window procedure while one of our pages is active.
+#pragma once
+
+#include <windows.h>
+
+// What the hook knows, kept in the sheet's user data.
+struct HelpHookRecord {
+    UINT32 tag;
+    char topicName[260];
+    HWND page;
+    WNDPROC previousProcedure;
+    LONG_PTR previousUserData;
+    UINT32 topicNumber;
+};
+
+inline constexpr UINT32 kHelpHookTag = 0x4E484B31; // "NHK1"
+
+// Hooks the page's parent, once: S_OK also when it is hooked already. E_INVALIDARG for a window without a parent,
+// E_OUTOFMEMORY. A name that is longer than a topic's may be is cut.
+HRESULT InstallHelpHook(HWND page, const char* topicName, UINT32 topicNumber);
+
+// Gives the page's parent its own procedure and user data back. Nothing happens to a sheet that isn't hooked.
+void RemoveHelpHook(HWND page);

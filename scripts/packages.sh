@@ -2,11 +2,11 @@
 # Brings Debian packages to the build machine: only those that are missing. To be sourced after common.sh.
 
 # The compilers, their tools, GoogleTest's source (it is built for Windows as well), a fixed clock for the
-# type library's time stamp, and what enters the private Wine.
+# type library's time stamp, what draws the icon, and what enters the private Wine.
 nmfv_build_packages=(
     g++ cmake ninja-build
     g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev mingw-w64-tools
-    googletest faketime bubblewrap
+    googletest faketime librsvg2-bin icoutils bubblewrap
 )
 
 check_machine() {

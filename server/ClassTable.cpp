@@ -1,6 +1,8 @@
 #include "server/ClassTable.h"
 
 #include "mft/MFTDeinterlace.h"
+#include "ui/AboutProperties.h"
+#include "ui/PageObject.h"
 
 #include "NMFVDeinterlaceKeys.h"
 
@@ -10,7 +12,7 @@ const ClassEntry g_ClassTable[] = {
     {&CLSID_NMFVDeinterlace, "Nerin MF Video Deinterlace Transform", &CMFTDeinterlace::CreateInstance},
     {&CLSID_NMFVDeinterlaceSettingsPage, "Nerin MF Video Deinterlace Transform Properties", nullptr},
     {&CLSID_NMFVDeinterlaceRoiPage, "Nerin MF Video Deinterlace Transform ROI Properties", nullptr},
-    {&CLSID_NMFVDeinterlaceAboutPage, "Nerin MF Video Deinterlace Transform About", nullptr},
+    {&CLSID_NMFVDeinterlaceAboutPage, "Nerin MF Video Deinterlace Transform About", &CreatePage<CAboutProperties>},
 };
 
 } // namespace

@@ -53,8 +53,9 @@ TEST_F(ShippedModule, ExportsItsEntryPointsOnly) {
 
 // Nothing that a bare Windows lacks: no compiler's run-time, no helper library.
 TEST_F(ShippedModule, ImportsSystemLibrariesOnly) {
-    const std::vector<std::string> system = {"advapi32.dll", "kernel32.dll", "mfplat.dll",   "msvcrt.dll", "ole32.dll",
-                                             "oleaut32.dll", "user32.dll",   "ucrtbase.dll", "version.dll"};
+    const std::vector<std::string> system = {"advapi32.dll", "comctl32.dll", "gdi32.dll",  "kernel32.dll",
+                                             "mfplat.dll",   "msvcrt.dll",   "ole32.dll",  "oleaut32.dll",
+                                             "shell32.dll",  "ucrtbase.dll", "user32.dll", "version.dll"};
     int imports = 0;
     const auto* entry = Directory<IMAGE_IMPORT_DESCRIPTOR>(IMAGE_DIRECTORY_ENTRY_IMPORT);
     for (; entry->Name; ++entry, ++imports) {

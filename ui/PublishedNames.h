@@ -4,9 +4,7 @@
 #define NMFV_UI_PUBLISHED_NAMES_H
 
 #define NMFV_COMPONENT_NAME "Nerin Multimedia Component"
-#define NMFV_DISPLAY_NAME                                                                                              \
-    "Nerin MF Video Deinterlace Transform" /* caption of message boxes, name of the help topic                         \
-                                            */
+#define NMFV_DISPLAY_NAME "Nerin MF Video Deinterlace Transform" /* also the caption of boxes, and the help topic */
 
 #define NMFV_LINK_TARGET "https://www.example.com/"
 #define NMFV_LINK_TEXT "www.example.com"

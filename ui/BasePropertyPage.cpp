@@ -247,5 +247,8 @@ INT_PTR CALLBACK CBasePropertyPage::DialogProcedure(HWND window, UINT message, W
         reinterpret_cast<CBasePropertyPage*>(lParam)->m_hDialogSeen = window;
     }
     auto* const page = reinterpret_cast<CBasePropertyPage*>(GetWindowLongPtrA(window, DWLP_USER));
-    return page ? page->PageMessage(window, message, wParam, lParam) : TRUE;
+    if (!page) {
+        return message != WM_NCDESTROY; // which the dialog manager must see to free the dialog's font
+    }
+    return page->PageMessage(window, message, wParam, lParam);
 }

@@ -1,0 +1,102 @@
+// The about page: its labels and its link.
+#include "tests/support/ComChecks.h"
+#include "tests/ui/SheetWindow.h"
+#include "tests/ui/ShellLog.h"
+#include "ui/AboutProperties.h"
+#include "ui/PageObject.h"
+#include "ui/ResourceIds.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class AboutPage : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_HR(S_OK, CreatePage<CAboutProperties>(nullptr, IID_IPropertyPage, m_page.PutVoid()));
+        IUnknown* object = m_page.Get();
+        constexpr RECT kRect = {0, 0, 400, 300};
+        ASSERT_HR(S_OK, m_page->SetObjects(1, &object));
+        ASSERT_HR(S_OK, m_page->Activate(m_sheet.Get(), &kRect, FALSE));
+        m_link = Control(IDC_ABOUT_LINK);
+    }
+
+    HWND Control(int id) { return GetDlgItem(m_sheet.Page(), id); }
+    std::string Text(int id) {
+        char text[128] = "";
+        GetWindowTextA(Control(id), text, sizeof(text));
+        return text;
+    }
+    // As the system sends it for a window under the cursor, which hands it to its parent.
+    void Mouse(HWND window, UINT message) {
+        SendMessageA(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window), MAKELPARAM(HTCLIENT, message));
+    }
+    HCURSOR LinkClassCursor() { return reinterpret_cast<HCURSOR>(GetClassLongPtrA(m_link, GCLP_HCURSOR)); }
+
+    ShellLog m_log;
+    SheetWindow m_sheet;
+    CComRef<IPropertyPage> m_page;
+    HWND m_link = nullptr;
+};
+
+TEST_F(AboutPage, FillsItsLabels) {
+    EXPECT_EQ("Nerin Multimedia Component", Text(IDC_ABOUT_COMPONENT));
+    const std::string notice = Text(IDC_ABOUT_NOTICE);
+    EXPECT_NE(std::string::npos, notice.find("2023")) << notice;
+    EXPECT_EQ(std::string::npos, notice.find('%')) << notice;
+    EXPECT_NE(0, SendMessageA(Control(IDC_ABOUT_ICON), STM_GETICON, 0, 0));
+
+    const HDC dc = GetDC(m_link);
+    EXPECT_EQ(reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE)),
+              SendMessageA(m_sheet.Page(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
+                           reinterpret_cast<LPARAM>(m_link)));
+    EXPECT_EQ(0x00E60000u, GetTextColor(dc));
+    EXPECT_EQ(TRANSPARENT, GetBkMode(dc));
+    ReleaseDC(m_link, dc);
+
+    SendMessageA(m_sheet.Page(), WM_HELP, 0, 0); // answered once, though the sheet is hooked as well
+    EXPECT_EQ(1u, m_log.opened.size());
+    EXPECT_HR(S_OK, m_page->Help(nullptr));
+    EXPECT_EQ(2u, m_log.opened.size());
+}
+
+// d and u: the left button down and up on the link; D and U: elsewhere on the page; m and M: moves.
+TEST_F(AboutPage, OpensTheLinkWhenClickedOnIt) {
+    const struct {
+        const char* events;
+        std::size_t opened;
+    } rows[] = {{"mdu", 1}, {"du", 1}, {"mdMmu", 1}, {"dU", 0}, {"dUu", 0},
+                {"Du", 0},  {"u", 0},  {"dudu", 2},  {"duu", 1}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.events);
+        m_log.opened.clear();
+        for (const char* event = row.events; *event; ++event) {
+            const char kind = static_cast<char>(*event | 0x20);
+            const UINT message = kind == 'd' ? WM_LBUTTONDOWN : kind == 'u' ? WM_LBUTTONUP : WM_MOUSEMOVE;
+            Mouse(kind == *event ? m_link : m_sheet.Page(), message);
+        }
+        EXPECT_EQ(Texts(row.opened, "https://www.example.com/"), m_log.opened);
+    }
+}
+
+TEST_F(AboutPage, HandOverTheLinkOnly) {
+    const HCURSOR hand = LoadCursorA(nullptr, MAKEINTRESOURCEA(32649));
+    const HCURSOR before = LinkClassCursor();
+    ASSERT_NE(hand, before);
+    for (int round = 0; round < 2; ++round) {
+        Mouse(m_link, WM_MOUSEMOVE);
+        Mouse(m_link, WM_MOUSEMOVE);
+        EXPECT_EQ(hand, GetCursor());
+        EXPECT_EQ(nullptr, LinkClassCursor());
+        Mouse(m_sheet.Page(), WM_MOUSEMOVE);
+        EXPECT_NE(hand, GetCursor());
+        EXPECT_EQ(before, LinkClassCursor());
+    }
+    Mouse(m_link, WM_MOUSEMOVE);
+    m_page->Deactivate(); // under the hand: labels of other windows have the class's cursor again
+    const HWND label = CreateWindowExA(0, "STATIC", "", 0, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(reinterpret_cast<ULONG_PTR>(before), GetClassLongPtrA(label, GCLP_HCURSOR));
+    DestroyWindow(label);
+}
+
+} // namespace

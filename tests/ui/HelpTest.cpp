@@ -1,0 +1,202 @@
+// Where help comes from, and F1 on a sheet.
+#include "tests/support/ComChecks.h"
+#include "tests/support/PrivateRegistry.h"
+#include "tests/ui/SheetWindow.h"
+#include "tests/ui/ShellLog.h"
+#include "ui/Help.h"
+#include "ui/HelpHook.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+constexpr char kName[] = "Nerin MF Video Deinterlace Transform";
+constexpr char kAddress[] = "https://help.example.com/v23/multimedia/transforms/NerinMFVideoDeinterlaceTransform.html";
+
+class HelpTopics : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_machine.Active());
+        ASSERT_TRUE(m_classes.Active());
+        m_log.executeResult = 32; // refused, the largest of the shell's errors
+        std::filesystem::create_directory(m_folder);
+        std::ofstream(m_folder + "\\NxTransforms.chm") << "help";
+    }
+    void TearDown() override { std::filesystem::remove_all(m_folder); }
+
+    void SetHelpPath(const std::string& list, DWORD type = REG_SZ) {
+        RegSetKeyValueA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Nerin Systems\\DShow\\Help", "Path", type, list.data(),
+                        static_cast<DWORD>(list.size())); // without its terminator
+    }
+
+    PrivateRegistry m_machine{HKEY_LOCAL_MACHINE};
+    PrivateRegistry m_classes{HKEY_CLASSES_ROOT};
+    ShellLog m_log;
+    std::string m_folder = (std::filesystem::temp_directory_path() / "NMFV help files").string();
+};
+
+TEST_F(HelpTopics, SiteComesFirst) {
+    m_log.executeResult = 33;
+    SetHelpPath(m_folder);
+    EXPECT_EQ(0, ShowHelpTopic(kName, 1));
+    EXPECT_EQ(Texts{kAddress}, m_log.opened);
+    EXPECT_TRUE(m_log.shown.empty());
+    EXPECT_EQ(-2, OpenOnlineHelp(std::string(261, 'x').c_str(), false));
+    EXPECT_EQ(0, OpenOnlineHelp(std::string(260, 'x').c_str(), false));
+}
+
+TEST_F(HelpTopics, NamesThatCantBe) {
+    SetHelpPath(m_folder);
+    EXPECT_EQ(-3, ShowHelpTopic(nullptr, 1));
+    EXPECT_EQ(-2, ShowHelpTopic(std::string(261, 'x').c_str(), 1));
+    EXPECT_TRUE(m_log.opened.empty());
+    EXPECT_EQ(-1, ShowHelpTopic(std::string(260, 'x').c_str(), 1));
+}
+
+TEST_F(HelpTopics, WithoutHelpPath) {
+    EXPECT_EQ(-3, ShowHelpTopic(kName, 1)); // no key
+    SetHelpPath("abcd", REG_DWORD);
+    EXPECT_EQ(-3, ShowHelpTopic(kName, 1));
+    EXPECT_TRUE(m_log.boxes.empty());
+    ShowPageHelp(nullptr, kName);
+    EXPECT_EQ(Texts{std::string(kName) + ": Can't find help file."}, m_log.boxes);
+}
+
+// Kept: a file that was found counts as shown, so the last rows say 0 without a control.
+TEST_F(HelpTopics, ShowsTheTopicOfTheFirstFile) {
+    const std::string longName(20'000, 'x');
+    const struct {
+        std::string list;
+        DWORD type;
+        bool loads;
+        std::size_t shown;
+    } rows[] = {
+        {m_folder, REG_SZ, true, 1},
+        {"C:\\missing;;" + longName + "; \"" + m_folder + "\\\";C:\\", REG_SZ, true, 2},
+        {std::string(50'000, ';') + m_folder, REG_SZ, true, 3},
+        {"%NMFV_FOLDER%", REG_EXPAND_SZ, true, 4},
+        {m_folder, REG_SZ, false, 4},
+    };
+    SetEnvironmentVariableA("NMFV_FOLDER", m_folder.c_str());
+    for (const auto& row : rows) {
+        SetHelpPath(row.list, row.type);
+        m_log.loads = row.loads;
+        if (!row.loads) {
+            g_HtmlHelp = {};
+        }
+        EXPECT_EQ(0, ShowHelpTopic(kName, 1));
+        ASSERT_EQ(row.shown, m_log.shown.size());
+        const std::string& topic = m_log.shown.back();
+        EXPECT_TRUE(topic.starts_with(m_folder)) << topic;
+        EXPECT_TRUE(topic.ends_with("\\NxTransforms.chm::/Filters/NerinMFVideoDeinterlaceTransform_UI.htm")) << topic;
+    }
+}
+
+TEST_F(HelpTopics, NamesTheMissingFiles) {
+    SetHelpPath("C:\\missing");
+    EXPECT_EQ(-1, ShowHelpTopic(kName, 1));
+    EXPECT_EQ(Texts{std::string(kName) + ": The following help files were not found in the help path(s): \n\n"
+                                         "- ...\\NxTransforms.chm\n- ...\\nxfilters.chm\n- ...\\nxfilters.chm\n"},
+              m_log.boxes);
+}
+
+TEST_F(HelpTopics, ControlIsTriedOnce) {
+    const struct {
+        bool loads, finds;
+        Texts loaded;
+    } rows[] = {
+        {false, true, {"C:\\hh.ocx", "hhctrl.ocx"}}, // where it is registered, then by name
+        {true, false, {"C:\\hh.ocx"}},
+        {true, true, {"C:\\hh.ocx"}},
+    };
+    const char path[] = "C:\\hh.ocx";
+    RegSetKeyValueA(HKEY_CLASSES_ROOT, "CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32", nullptr, REG_SZ,
+                    path, sizeof(path));
+    for (const auto& row : rows) {
+        g_HtmlHelp = {};
+        m_log.loaded.clear();
+        m_log.loads = row.loads;
+        m_log.finds = row.finds;
+        const bool works = row.loads && row.finds;
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_EQ(works, CallHtmlHelp(GetDesktopWindow(), "f", 0, 0) != nullptr);
+            m_log.loads = m_log.finds = true; // too late
+        }
+        EXPECT_EQ(row.loaded, m_log.loaded);
+    }
+}
+
+TEST_F(HelpTopics, PageInformation) {
+    const struct {
+        std::string name;
+        std::size_t length;
+    } rows[] = {{kName, 32},
+                {"", 0},
+                {std::string(261, ' '), 0},
+                {std::string(260, 'x'), 0},
+                {std::string(259, 'x') + " ", 259}};
+    for (const auto& row : rows) {
+        PROPPAGEINFO info = {};
+        SetPageHelpInfo(&info, row.name.c_str());
+        EXPECT_EQ(row.length, info.pszHelpFile ? wcslen(info.pszHelpFile) : 0) << row.name;
+        EXPECT_EQ(row.length ? 1u : 0u, info.dwHelpContext) << row.name;
+        CoTaskMemFree(info.pszHelpFile);
+    }
+}
+
+constexpr LONG_PTR kUserData = 0x1234567; // no pointer: a hook that follows it ends the program
+
+// A hooked sheet with one page.
+struct HookedSheet {
+    HookedSheet()
+        : page(CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 0, 9, 9, sheet.Get(), nullptr, nullptr, nullptr)) {
+        SetWindowLongPtrW(sheet.Get(), GWLP_USERDATA, kUserData);
+        procedure = GetWindowLongPtrW(sheet.Get(), GWLP_WNDPROC);
+    }
+    bool IsOriginal() const {
+        return GetWindowLongPtrW(sheet.Get(), GWLP_WNDPROC) == procedure &&
+               GetWindowLongPtrW(sheet.Get(), GWLP_USERDATA) == kUserData;
+    }
+    SheetWindow sheet;
+    HWND page;
+    LONG_PTR procedure;
+};
+
+TEST_F(HelpTopics, HookAnswersF1AndGoes) {
+    HookedSheet hooked;
+    const HWND sheet = hooked.sheet.Get();
+    EXPECT_HR(E_INVALIDARG, InstallHelpHook(sheet, kName, 1));
+    RemoveHelpHook(hooked.page); // nothing to remove
+    EXPECT_TRUE(hooked.IsOriginal());
+    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, kName, 1));
+    const LONG_PTR record = GetWindowLongPtrW(sheet, GWLP_USERDATA);
+    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, "Another", 1));
+    EXPECT_EQ(record, GetWindowLongPtrW(sheet, GWLP_USERDATA));
+    EXPECT_TRUE(IsWindowUnicode(sheet));
+
+    EXPECT_EQ(TRUE, SendMessageW(sheet, WM_HELP, 0, 0));
+    EXPECT_EQ(Texts{kAddress}, m_log.opened);
+    EXPECT_EQ(Texts{std::string(kName) + ": Can't find help file."}, m_log.boxes);
+    SetWindowTextW(sheet, L"\u0416"); // other messages reach the sheet, in its own character set
+    wchar_t text[8];
+    GetWindowTextW(sheet, text, 8);
+    EXPECT_STREQ(L"\u0416", text);
+
+    RemoveHelpHook(hooked.page);
+    EXPECT_TRUE(hooked.IsOriginal());
+    RemoveHelpHook(hooked.page);
+    EXPECT_TRUE(hooked.IsOriginal());
+}
+
+TEST_F(HelpTopics, SheetMayGoFirst) {
+    HookedSheet hooked;
+    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, std::string(1000, 'x').c_str(), 1));
+    hooked.sheet.Destroy();
+    RemoveHelpHook(hooked.page);
+    EXPECT_TRUE(m_log.boxes.empty());
+}
+
+} // namespace

@@ -1,0 +1,106 @@
+// Pages opened and closed many times leave nothing behind.
+#include "server/ClassFactory.h"
+#include "tests/support/Transform.h"
+#include "tests/ui/SheetWindow.h"
+#include "tests/ui/ShellLog.h"
+
+#include <malloc.h>
+
+namespace {
+
+struct Holdings {
+    DWORD windows, drawing, blocks;
+};
+
+DWORD BusyBlocks(HANDLE heap) {
+    DWORD count = 0;
+    PROCESS_HEAP_ENTRY entry = {};
+    while (HeapWalk(heap, &entry)) {
+        count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+    }
+    return count;
+}
+
+// Windows counts for us; under Wine it says 0, and a handle's lower half alone leads to its object.
+DWORD DrawingObjects() {
+    if (const DWORD known = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) {
+        return known;
+    }
+    DWORD count = 0;
+    for (ULONG_PTR index = 1; index <= 0xFFFF; ++index) {
+        count += GetObjectType(reinterpret_cast<HGDIOBJ>(index)) != 0;
+    }
+    return count;
+}
+
+// The module's own thread's, children included.
+DWORD Windows() {
+    DWORD count = 0;
+    EnumChildWindows(
+        GetDesktopWindow(),
+        [](HWND window, LPARAM sum) -> BOOL {
+            *reinterpret_cast<DWORD*>(sum) += GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
+Holdings Held() {
+    const auto runtime = reinterpret_cast<HANDLE>(_get_heap_handle());
+    const DWORD ours = runtime == GetProcessHeap() ? 0 : BusyBlocks(runtime);
+    return {Windows(), DrawingObjects(), BusyBlocks(GetProcessHeap()) + ours};
+}
+
+const CLSID* const kPages[] = {&CLSID_NMFVDeinterlaceAboutPage};
+
+class PageLeaks : public TransformTest, public testing::WithParamInterface<const CLSID*> {
+protected:
+    void OpenOnce() {
+        CComRef<IClassFactory> factory;
+        ASSERT_HR(S_OK, GetClassObject(*GetParam(), IID_IClassFactory, factory.PutVoid()));
+        CComRef<IPropertyPage> page;
+        ASSERT_HR(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page.PutVoid()));
+        page->SetPageSite(&m_site);
+        PROPPAGEINFO info;
+        ASSERT_HR(S_OK, page->GetPageInfo(&info));
+        CoTaskMemFree(info.pszTitle);
+        CoTaskMemFree(info.pszHelpFile);
+        IUnknown* object = Control();
+        const RECT rect = {0, 0, info.size.cx, info.size.cy};
+        ASSERT_HR(S_OK, page->SetObjects(1, &object));
+        ASSERT_HR(S_OK, page->Activate(m_sheet.Get(), &rect, FALSE));
+        UpdateWindow(m_sheet.Page());
+        ASSERT_HR(S_OK, page->Deactivate());
+        page->SetObjects(0, nullptr);
+        page->SetPageSite(nullptr);
+    }
+
+    ShellLog m_log;
+    SheetWindow m_sheet;
+    NotingSite m_site;
+};
+
+TEST_P(PageLeaks, FiveHundredOpenings) {
+    for (int i = 0; i < 20; ++i) {
+        OpenOnce(); // caches fill
+    }
+    const ULONG references = ReferencesOf(Control());
+    const Holdings before = Held();
+    for (int i = 0; i < 500 && !HasFatalFailure(); ++i) {
+        OpenOnce();
+    }
+    const Holdings after = Held();
+    std::printf("windows %lu to %lu, drawing objects %lu to %lu, blocks %lu to %lu\n", before.windows, after.windows,
+                before.drawing, after.drawing, before.blocks, after.blocks);
+    EXPECT_EQ(before.windows, after.windows);
+    EXPECT_NEAR(before.drawing, after.drawing, 50);
+    EXPECT_NEAR(before.blocks, after.blocks, 100);
+    EXPECT_EQ(references, ReferencesOf(Control()));
+    EXPECT_EQ(nullptr, m_sheet.Page());
+    EXPECT_EQ(0u, m_site.references);
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, PageLeaks, testing::ValuesIn(kPages));
+
+} // namespace

@@ -1,0 +1,81 @@
+// Names of help topics and the walk through a list of folders.
+#include "ui/HelpTopic.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr char kSite[] = "https://help.test/";
+
+struct NameRow {
+    const char* name;
+    bool transform;
+    const char* online;
+    const char* topic; // of number 1 in the file "f"
+};
+
+const NameRow kNames[] = {
+    {"Nerin MF Video Deinterlace Transform", true,
+     "https://help.test/v23/multimedia/transforms/NerinMFVideoDeinterlaceTransform.html",
+     "f::/Filters/NerinMFVideoDeinterlaceTransform_UI.htm"},
+    {" MF", true, "https://help.test/v23/multimedia/transforms/MF.html", "f::/Filters/MF_UI.htm"},
+    {"MF Grabber", false, "https://help.test/v23/multimedia/filters/MFGrabber.html", "f::/Filters/MFGrabber_UI.htm"},
+};
+
+TEST(HelpTopic, Names) {
+    for (const NameRow& row : kNames) {
+        SCOPED_TRACE(row.name);
+        char text[128];
+        EXPECT_EQ(row.transform, IsTransformTopic(row.name));
+        EXPECT_TRUE(WriteOnlineAddress(kSite, row.name, row.transform, text));
+        EXPECT_STREQ(row.online, text);
+        EXPECT_TRUE(WriteTopicPath("f", row.name, kUserInterfaceTopic, text));
+        EXPECT_STREQ(row.topic, text);
+    }
+    char text[32];
+    EXPECT_TRUE(WriteTopicPath("f", "A B", 2, text));
+    EXPECT_STREQ("f::/Filters/AB.htm", text);
+    EXPECT_TRUE(WritePath("C:\\h\\", "x", text));
+    EXPECT_STREQ("C:\\h\\x", text);
+}
+
+// A buffer of every size: what fits is whole, what doesn't is cut, terminated and reported.
+TEST(HelpTopic, WritersKeepToTheBuffer) {
+    const std::string whole = "folder\\file";
+    for (std::size_t size = 1; size <= whole.size() + 2; ++size) {
+        std::vector<char> text(size, '#'); // sanitizers see a byte too many
+        EXPECT_EQ(size > whole.size(), WritePath("folder", "file", text));
+        EXPECT_EQ(whole.substr(0, size - 1), text.data());
+    }
+}
+
+struct ListRow {
+    std::string list;
+    std::vector<std::string> folders;
+};
+
+TEST(HelpTopic, WalksAnyList) {
+    const std::string longName(100'000, 'x');
+    const ListRow rows[] = {
+        {"", {}},
+        {std::string(70'000, ';'), {}},
+        {" ; \t;\"\"", {}},
+        {"a", {"a"}},
+        {"a;", {"a"}},
+        {";C:\\One;; \"D:\\Two Words\" ;", {"C:\\One", "D:\\Two Words"}},
+        {longName + ";b", {longName, "b"}},
+    };
+    for (const ListRow& row : rows) {
+        CHelpFolders walk(row.list);
+        std::vector<std::string> folders;
+        for (std::string_view folder; walk.Next(&folder);) {
+            folders.emplace_back(folder);
+        }
+        EXPECT_EQ(row.folders, folders);
+    }
+}
+
+} // namespace

@@ -2,6 +2,7 @@
 
 #include "mft/MFTDeinterlace.h"
 #include "ui/AboutProperties.h"
+#include "ui/DeinterlaceProperties.h"
 #include "ui/PageObject.h"
 
 #include "NMFVDeinterlaceKeys.h"
@@ -10,7 +11,8 @@ namespace {
 
 const ClassEntry g_ClassTable[] = {
     {&CLSID_NMFVDeinterlace, "Nerin MF Video Deinterlace Transform", &CMFTDeinterlace::CreateInstance},
-    {&CLSID_NMFVDeinterlaceSettingsPage, "Nerin MF Video Deinterlace Transform Properties", nullptr},
+    {&CLSID_NMFVDeinterlaceSettingsPage, "Nerin MF Video Deinterlace Transform Properties",
+     &CreatePage<CDeinterlaceProperties>},
     {&CLSID_NMFVDeinterlaceRoiPage, "Nerin MF Video Deinterlace Transform ROI Properties", nullptr},
     {&CLSID_NMFVDeinterlaceAboutPage, "Nerin MF Video Deinterlace Transform About", &CreatePage<CAboutProperties>},
 };

@@ -1,0 +1,26 @@
+#include "ui/PageMessages.h"
+
+#include "ui/Help.h"
+#include "ui/ResourceIds.h"
+
+bool AnswerPageMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam, const char* helpTopic,
+                       CHoverText* hover, INT_PTR* result) {
+    switch (message) {
+    case WM_SETCURSOR:
+        hover->Follow(dialog, reinterpret_cast<HWND>(wParam));
+        *result = TRUE;
+        return true;
+    case WM_CTLCOLORSTATIC:
+        if (reinterpret_cast<HWND>(lParam) != GetDlgItem(dialog, IDC_DESCRIPTION)) {
+            return false;
+        }
+        *result = ColourAsHighlighted(reinterpret_cast<HDC>(wParam));
+        return true;
+    case WM_HELP:
+        ShowPageHelp(dialog, helpTopic);
+        *result = TRUE;
+        return true;
+    default:
+        return false;
+    }
+}

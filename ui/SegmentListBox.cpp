@@ -1,0 +1,54 @@
+#include "ui/SegmentListBox.h"
+
+#include "ui/SegmentText.h"
+
+#include <algorithm>
+
+void CSegmentListBox::Empty() {
+    SendMessageA(m_window, LB_RESETCONTENT, 0, 0);
+    m_count = 0;
+}
+
+void CSegmentListBox::Fill(const PageSegmentList& segments, bool asTime) {
+    SetRedraw(false);
+    Empty();
+    for (const PageSegment* segment = segments.First(); segment; segment = segment->next) {
+        Insert(*segment, asTime);
+    }
+    SendMessageA(m_window, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(""));
+    SetRedraw(true);
+}
+
+void CSegmentListBox::Insert(const PageSegment& segment, bool asTime) {
+    char text[kSegmentTextSize];
+    FormatSegment(segment, asTime, text);
+    SendMessageA(m_window, LB_INSERTSTRING, static_cast<WPARAM>(segment.index), reinterpret_cast<LPARAM>(text));
+    ++m_count;
+}
+
+void CSegmentListBox::Remove(int index) {
+    SendMessageA(m_window, LB_DELETESTRING, static_cast<WPARAM>(index), 0);
+    --m_count;
+}
+
+void CSegmentListBox::Replace(const PageSegment& segment, bool asTime) {
+    SetRedraw(false);
+    Remove(segment.index);
+    Insert(segment, asTime);
+    SetRedraw(true);
+}
+
+void CSegmentListBox::Select(int index) {
+    SendMessageA(m_window, LB_SETCURSEL, static_cast<WPARAM>(std::min(index, m_count)), 0);
+}
+
+int CSegmentListBox::Selection() const {
+    return static_cast<int>(SendMessageA(m_window, LB_GETCURSEL, 0, 0));
+}
+
+void CSegmentListBox::SetRedraw(bool redraw) {
+    SendMessageA(m_window, WM_SETREDRAW, redraw, 0);
+    if (redraw) {
+        InvalidateRect(m_window, nullptr, TRUE);
+    }
+}

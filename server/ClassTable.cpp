@@ -3,6 +3,7 @@
 #include "mft/MFTDeinterlace.h"
 #include "ui/AboutProperties.h"
 #include "ui/DeinterlaceProperties.h"
+#include "ui/DeinterlaceROIProperties.h"
 #include "ui/PageObject.h"
 
 #include "NMFVDeinterlaceKeys.h"
@@ -13,7 +14,8 @@ const ClassEntry g_ClassTable[] = {
     {&CLSID_NMFVDeinterlace, "Nerin MF Video Deinterlace Transform", &CMFTDeinterlace::CreateInstance},
     {&CLSID_NMFVDeinterlaceSettingsPage, "Nerin MF Video Deinterlace Transform Properties",
      &CreatePage<CDeinterlaceProperties>},
-    {&CLSID_NMFVDeinterlaceRoiPage, "Nerin MF Video Deinterlace Transform ROI Properties", nullptr},
+    {&CLSID_NMFVDeinterlaceRoiPage, "Nerin MF Video Deinterlace Transform ROI Properties",
+     &CreatePage<CDeinterlaceROIProperties>},
     {&CLSID_NMFVDeinterlaceAboutPage, "Nerin MF Video Deinterlace Transform About", &CreatePage<CAboutProperties>},
 };
 

@@ -1,0 +1,102 @@
+// The ROI page, driven by window messages.
+#include "tests/ui/PageHost.h"
+#include "ui/DeinterlaceROIProperties.h"
+#include "ui/ResourceIds.h"
+
+#include <commctrl.h>
+
+namespace {
+
+class RoiPage : public PageHost<CDeinterlaceROIProperties> {
+protected:
+    void SetUp() override {
+        PageHost::SetUp();
+        m_object.SetInputSize(640, 480);
+        m_object.put_ROIRight(100);
+        m_object.put_ROILeft(10);
+        m_object.put_ROIBottom(200);
+        m_object.put_ROITop(20);
+    }
+};
+
+TEST_F(RoiPage, EditsAreChecked) {
+    Open();
+    constexpr struct {
+        int edit;
+        const char* typed;
+        const char* shown;
+        bool dirty;
+    } kCases[] = {
+        {IDC_ROI_RIGHT, "99", "99", false},
+        {IDC_ROI_RIGHT, "0", "11", true},
+        {IDC_ROI_RIGHT, "11", "11", true},
+        {IDC_ROI_RIGHT, "4000000000", "11", true},
+        {IDC_ROI_LEFT, "", "0", true},
+        {IDC_ROI_LEFT, "11", "10", true},
+        {IDC_ROI_BOTTOM, "480", "480", false},
+        {IDC_ROI_TOP, "9999", "479", true},
+        {IDC_PROTECTED_BOTTOM, "5000", "480", true},
+        {IDC_PROTECTED_TOP, "7", "7", false},
+        {IDC_PROTECTED_RIGHT, "641", "640", true},
+        {IDC_PROTECTED_LEFT, "x", "0", true},
+    };
+    for (const auto& c : kCases) {
+        Type(c.edit, c.typed);
+        EXPECT_EQ(c.shown, Text(c.edit)) << c.edit << " typed " << c.typed;
+        EXPECT_EQ(c.dirty, Dirty()) << c.edit << " typed " << c.typed;
+        const auto length = static_cast<DWORD>(Text(c.edit).size());
+        EXPECT_TRUE(!c.dirty || Send(c.edit, EM_GETSEL) == MAKELRESULT(length, length));
+        EXPECT_HR(S_OK, m_page->Apply());
+    }
+}
+
+TEST_F(RoiPage, ApplyWritesInOrderAndSaves) {
+    m_object.SetProtectedAreaParams(30, 300, 40, 400);
+    Open();
+    EXPECT_FALSE(IsWindowEnabled(Control(IDC_ROI_TOP)) || IsWindowEnabled(Control(IDC_PROTECTED_TOP_SPIN)));
+    Click(IDC_ENABLE_ROI);
+    EXPECT_TRUE(IsWindowEnabled(Control(IDC_ROI_TOP)) && !IsWindowEnabled(Control(IDC_PROTECTED_TOP_SPIN)));
+    Click(IDC_ENABLE_PROTECTED_AREA);
+    EXPECT_TRUE(IsWindowEnabled(Control(IDC_PROTECTED_TOP_SPIN)));
+    Type(IDC_ROI_BOTTOM, "201");
+    EXPECT_HR(S_OK, m_page->Apply());
+    // The object reports its protected left edge as the right one.
+    EXPECT_EQ((Texts{"put_EnableROI -1", "put_ROIRight 100", "put_ROILeft 10", "put_ROIBottom 201", "put_ROITop 20",
+                     "put_EnableProtectedArea -1", "SetProtectedAreaParams 30 30 40 400", "SaveAttributes"}),
+              m_object.calls);
+}
+
+TEST_F(RoiPage, ImportReadsTheRegionOnly) {
+    Connect();
+    m_object.put_ROITop(55);
+    m_object.SetProtectedAreaParams(5, 300, 66, 400);
+    m_object.put_ROISettingsImportState(VARIANT_TRUE);
+    Activate();
+    EXPECT_EQ("55", Text(IDC_ROI_TOP));
+    EXPECT_EQ("0", Text(IDC_PROTECTED_TOP));
+    EXPECT_EQ("put_ROISettingsImportState 0", m_object.calls.back());
+    EXPECT_EQ(std::vector<DWORD>{PROPPAGESTATUS_VALIDATE}, m_statuses);
+    Click(IDC_ENABLE_ROI);
+    EXPECT_HR(S_OK, m_page->Deactivate());
+    Activate();
+    EXPECT_EQ((std::vector<DWORD>{PROPPAGESTATUS_VALIDATE, PROPPAGESTATUS_DIRTY, PROPPAGESTATUS_DIRTY}), m_statuses);
+}
+
+TEST_F(RoiPage, SpinsReachTheInputSize) {
+    constexpr LONG kCases[][4] = {{640, 480, 640, 480}, {-1, -1, 640, 480}, {0, 480, 1600, 1600}};
+    Connect();
+    for (const auto& c : kCases) {
+        m_object.SetInputSize(c[0], c[1]);
+        Activate();
+        EXPECT_EQ(MAKELRESULT(c[2], 0), Send(IDC_ROI_RIGHT_SPIN, UDM_GETRANGE));
+        EXPECT_EQ(MAKELRESULT(c[3], 0), Send(IDC_PROTECTED_TOP_SPIN, UDM_GETRANGE));
+        EXPECT_EQ("200", Text(IDC_ROI_BOTTOM));
+        m_page->Deactivate();
+    }
+    m_object.SetInputSize(0, 480);
+    Activate();
+    Type(IDC_ROI_RIGHT, "50"); // no spin's limit
+    EXPECT_EQ("0", Text(IDC_ROI_RIGHT));
+}
+
+} // namespace

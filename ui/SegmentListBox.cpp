@@ -3,9 +3,27 @@
 #include "ui/SegmentText.h"
 
 #include <algorithm>
+#include <cstring>
+
+namespace {
+
+// In pixels, with some air at its end.
+int WidthOfLine(HWND listBox, const char* text) {
+    const HDC dc = GetDC(listBox);
+    const auto font = reinterpret_cast<HFONT>(SendMessageA(listBox, WM_GETFONT, 0, 0));
+    const HGDIOBJ before = SelectObject(dc, font ? font : GetStockObject(SYSTEM_FONT));
+    SIZE size = {};
+    GetTextExtentPoint32A(dc, text, static_cast<int>(std::strlen(text)), &size);
+    SelectObject(dc, before);
+    ReleaseDC(listBox, dc);
+    return size.cx + GetSystemMetrics(SM_CXVSCROLL);
+}
+
+} // namespace
 
 void CSegmentListBox::Empty() {
     SendMessageA(m_window, LB_RESETCONTENT, 0, 0);
+    SendMessageA(m_window, LB_SETHORIZONTALEXTENT, 0, 0);
     m_count = 0;
 }
 
@@ -24,6 +42,7 @@ void CSegmentListBox::Insert(const PageSegment& segment, bool asTime) {
     FormatSegment(segment, asTime, text);
     SendMessageA(m_window, LB_INSERTSTRING, static_cast<WPARAM>(segment.index), reinterpret_cast<LPARAM>(text));
     ++m_count;
+    ReachWidth(WidthOfLine(m_window, text));
 }
 
 void CSegmentListBox::Remove(int index) {
@@ -44,6 +63,13 @@ void CSegmentListBox::Select(int index) {
 
 int CSegmentListBox::Selection() const {
     return static_cast<int>(SendMessageA(m_window, LB_GETCURSEL, 0, 0));
+}
+
+// Long lines can be scrolled into view.
+void CSegmentListBox::ReachWidth(int width) {
+    if (width > SendMessageA(m_window, LB_GETHORIZONTALEXTENT, 0, 0)) {
+        SendMessageA(m_window, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width), 0);
+    }
 }
 
 void CSegmentListBox::SetRedraw(bool redraw) {

@@ -28,6 +28,7 @@ public:
     int Count() const { return m_count; }
 
 private:
+    void ReachWidth(int width);
     void SetRedraw(bool redraw);
 
     HWND m_window = nullptr;

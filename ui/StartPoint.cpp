@@ -31,7 +31,7 @@ StartTime ClampStartTime(const StartTime& time) {
 }
 
 // Kept: the largest number, which every overlong text becomes, and negative numbers pass; the transform refuses them
-// and the segment then starts at frame 0. Test: StartFrames.
+// and the segment then starts at frame 0. Test: StartPointsAreClamped.
 std::int64_t ClampStartFrame(std::int64_t frame) {
     if (frame == std::numeric_limits<std::int64_t>::max()) {
         return frame;

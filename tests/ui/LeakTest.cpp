@@ -52,7 +52,8 @@ Holdings Held() {
     return {Windows(), DrawingObjects(), BusyBlocks(GetProcessHeap()) + ours};
 }
 
-const CLSID* const kPages[] = {&CLSID_NMFVDeinterlaceAboutPage};
+const CLSID* const kPages[] = {&CLSID_NMFVDeinterlaceSettingsPage, &CLSID_NMFVDeinterlaceRoiPage,
+                               &CLSID_NMFVDeinterlaceAboutPage};
 
 class PageLeaks : public TransformTest, public testing::WithParamInterface<const CLSID*> {
 protected:

@@ -5,8 +5,9 @@
 #include "settings/DeinterlaceControl.h"
 #include "settings/SettingsDefaults.h"
 #include "tests/support/ComChecks.h"
+#include "tests/ui/SheetWindow.h"
+#include "tests/ui/ShellLog.h"
 #include "ui/PageObject.h"
-#include "ui/Shell.h"
 
 #include <sstream>
 #include <string>
@@ -85,24 +86,11 @@ private:
 
 // One page in a window of its own, driven by messages as a person's hands would.
 template <typename Page>
-class PageHost : public testing::Test, public IPropertyPageSite {
+class PageHost : public testing::Test {
 protected:
     void SetUp() override {
-        m_boxes.clear();
-        g_Shell.messageBox = [](HWND, LPCSTR text, LPCSTR caption, UINT) -> int {
-            m_boxes.push_back(std::string(caption) + ": " + text);
-            return IDOK;
-        };
-        m_sheet = CreateWindowExA(0, "STATIC", "sheet", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 700, 800, nullptr,
-                                  nullptr, nullptr, nullptr);
         ASSERT_HR(S_OK, CreatePage<Page>(nullptr, IID_IPropertyPage, m_page.PutVoid()));
-        ASSERT_HR(S_OK, m_page->SetPageSite(this));
-    }
-    void TearDown() override {
-        m_page->SetPageSite(nullptr);
-        m_page.Reset(); // active still, in some tests
-        DestroyWindow(m_sheet);
-        g_Shell.messageBox = &MessageBoxA;
+        ASSERT_HR(S_OK, m_page->SetPageSite(&m_site));
     }
 
     void Connect() {
@@ -111,8 +99,7 @@ protected:
     }
     void Activate() {
         constexpr RECT kRect = {0, 0, 640, 700};
-        ASSERT_HR(S_OK, m_page->Activate(m_sheet, &kRect, FALSE));
-        m_dialog = GetWindow(m_sheet, GW_CHILD);
+        ASSERT_HR(S_OK, m_page->Activate(m_sheet.Get(), &kRect, FALSE));
     }
     void Open() {
         Connect();
@@ -120,36 +107,29 @@ protected:
         m_object.calls.clear();
     }
 
-    HWND Control(int id) { return GetDlgItem(m_dialog, id); }
+    HWND Dialog() { return m_sheet.Page(); }
+    HWND Control(int id) { return GetDlgItem(Dialog(), id); }
+    bool IsEnabled(int id) { return IsWindowEnabled(Control(id)); }
     LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
-        return SendDlgItemMessageA(m_dialog, id, message, wParam, lParam);
+        return SendMessageA(Control(id), message, wParam, lParam);
     }
     void Click(int id) { Send(id, BM_CLICK); }
-    void Type(int id, const char* text) { SetDlgItemTextA(m_dialog, id, text); }
+    void Type(int id, const char* text) { SetWindowTextA(Control(id), text); }
     // Chooses a line of a list as the mouse would, notification included.
     void Choose(int id, UINT message, WORD notification, int line) {
         Send(id, message, static_cast<WPARAM>(line));
-        SendMessageA(m_dialog, WM_COMMAND, MAKEWPARAM(id, notification), reinterpret_cast<LPARAM>(Control(id)));
+        SendMessageA(Dialog(), WM_COMMAND, MAKEWPARAM(id, notification), reinterpret_cast<LPARAM>(Control(id)));
     }
     std::string Text(int id) {
         char text[256] = "";
-        GetDlgItemTextA(m_dialog, id, text, sizeof(text));
+        GetWindowTextA(Control(id), text, sizeof(text));
         return text;
     }
     bool Dirty() { return m_page->IsPageDirty() == S_OK; }
 
-    STDMETHODIMP QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP OnStatusChange(DWORD status) override { return m_statuses.push_back(status), S_OK; }
-    STDMETHODIMP GetLocaleID(LCID*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetPageContainer(IUnknown**) override { return E_NOTIMPL; }
-    STDMETHODIMP TranslateAccelerator(MSG*) override { return E_NOTIMPL; }
-
-    static inline Texts m_boxes; // captions and texts of message boxes
+    ShellLog m_log;
     NotingControl m_object;
+    NotingSite m_site;
+    SheetWindow m_sheet;
     CComRef<IPropertyPage> m_page;
-    std::vector<DWORD> m_statuses; // what the site was told
-    HWND m_sheet = nullptr;
-    HWND m_dialog = nullptr;
 };

@@ -1,4 +1,5 @@
 // The ROI page, driven by window messages.
+#include "tests/support/Transform.h"
 #include "tests/ui/PageHost.h"
 #include "ui/DeinterlaceROIProperties.h"
 #include "ui/ResourceIds.h"
@@ -27,17 +28,10 @@ TEST_F(RoiPage, EditsAreChecked) {
         const char* shown;
         bool dirty;
     } kCases[] = {
-        {IDC_ROI_RIGHT, "99", "99", false},
-        {IDC_ROI_RIGHT, "0", "11", true},
-        {IDC_ROI_RIGHT, "11", "11", true},
-        {IDC_ROI_RIGHT, "4000000000", "11", true},
-        {IDC_ROI_LEFT, "", "0", true},
-        {IDC_ROI_LEFT, "11", "10", true},
-        {IDC_ROI_BOTTOM, "480", "480", false},
-        {IDC_ROI_TOP, "9999", "479", true},
-        {IDC_PROTECTED_BOTTOM, "5000", "480", true},
-        {IDC_PROTECTED_TOP, "7", "7", false},
-        {IDC_PROTECTED_RIGHT, "641", "640", true},
+        {IDC_ROI_RIGHT, "99", "99", false},          {IDC_ROI_RIGHT, "0", "11", true},
+        {IDC_ROI_RIGHT, "4000000000", "11", true},   {IDC_ROI_LEFT, "", "0", true},
+        {IDC_ROI_BOTTOM, "480", "480", false},       {IDC_ROI_TOP, "9999", "479", true},
+        {IDC_PROTECTED_BOTTOM, "5000", "480", true}, {IDC_PROTECTED_TOP, "7", "7", false},
         {IDC_PROTECTED_LEFT, "x", "0", true},
     };
     for (const auto& c : kCases) {
@@ -53,11 +47,11 @@ TEST_F(RoiPage, EditsAreChecked) {
 TEST_F(RoiPage, ApplyWritesInOrderAndSaves) {
     m_object.SetProtectedAreaParams(30, 300, 40, 400);
     Open();
-    EXPECT_FALSE(IsWindowEnabled(Control(IDC_ROI_TOP)) || IsWindowEnabled(Control(IDC_PROTECTED_TOP_SPIN)));
+    EXPECT_FALSE(IsEnabled(IDC_ROI_TOP) || IsEnabled(IDC_PROTECTED_TOP_SPIN));
     Click(IDC_ENABLE_ROI);
-    EXPECT_TRUE(IsWindowEnabled(Control(IDC_ROI_TOP)) && !IsWindowEnabled(Control(IDC_PROTECTED_TOP_SPIN)));
+    EXPECT_TRUE(IsEnabled(IDC_ROI_TOP) && !IsEnabled(IDC_PROTECTED_TOP_SPIN));
     Click(IDC_ENABLE_PROTECTED_AREA);
-    EXPECT_TRUE(IsWindowEnabled(Control(IDC_PROTECTED_TOP_SPIN)));
+    EXPECT_TRUE(IsEnabled(IDC_PROTECTED_TOP_SPIN));
     Type(IDC_ROI_BOTTOM, "201");
     EXPECT_HR(S_OK, m_page->Apply());
     // The object reports its protected left edge as the right one.
@@ -75,28 +69,55 @@ TEST_F(RoiPage, ImportReadsTheRegionOnly) {
     EXPECT_EQ("55", Text(IDC_ROI_TOP));
     EXPECT_EQ("0", Text(IDC_PROTECTED_TOP));
     EXPECT_EQ("put_ROISettingsImportState 0", m_object.calls.back());
-    EXPECT_EQ(std::vector<DWORD>{PROPPAGESTATUS_VALIDATE}, m_statuses);
+    EXPECT_EQ(std::vector<DWORD>{PROPPAGESTATUS_VALIDATE}, m_site.statuses);
     Click(IDC_ENABLE_ROI);
     EXPECT_HR(S_OK, m_page->Deactivate());
     Activate();
-    EXPECT_EQ((std::vector<DWORD>{PROPPAGESTATUS_VALIDATE, PROPPAGESTATUS_DIRTY, PROPPAGESTATUS_DIRTY}), m_statuses);
+    EXPECT_EQ((std::vector<DWORD>{PROPPAGESTATUS_VALIDATE, PROPPAGESTATUS_DIRTY, PROPPAGESTATUS_DIRTY}),
+              m_site.statuses);
 }
 
 TEST_F(RoiPage, SpinsReachTheInputSize) {
-    constexpr LONG kCases[][4] = {{640, 480, 640, 480}, {-1, -1, 640, 480}, {0, 480, 1600, 1600}};
-    Connect();
-    for (const auto& c : kCases) {
-        m_object.SetInputSize(c[0], c[1]);
-        Activate();
-        EXPECT_EQ(MAKELRESULT(c[2], 0), Send(IDC_ROI_RIGHT_SPIN, UDM_GETRANGE));
-        EXPECT_EQ(MAKELRESULT(c[3], 0), Send(IDC_PROTECTED_TOP_SPIN, UDM_GETRANGE));
-        EXPECT_EQ("200", Text(IDC_ROI_BOTTOM));
-        m_page->Deactivate();
-    }
     m_object.SetInputSize(0, 480);
-    Activate();
-    Type(IDC_ROI_RIGHT, "50"); // no spin's limit
+    Open();
+    EXPECT_EQ(MAKELRESULT(1600, 0), Send(IDC_ROI_RIGHT_SPIN, UDM_GETRANGE));
+    EXPECT_EQ("200", Text(IDC_ROI_BOTTOM));
+    Type(IDC_ROI_RIGHT, "50"); // which no spin limits
     EXPECT_EQ("0", Text(IDC_ROI_RIGHT));
+    m_page->Deactivate();
+    m_object.SetInputSize(640, -1);
+    Activate();
+    EXPECT_EQ(MAKELRESULT(640, 0), Send(IDC_ROI_RIGHT_SPIN, UDM_GETRANGE));
+    EXPECT_EQ(MAKELRESULT(480, 0), Send(IDC_PROTECTED_TOP_SPIN, UDM_GETRANGE));
+    Send(IDC_ROI_BOTTOM, WM_KEYDOWN, VK_UP); // the spin button listens
+    EXPECT_EQ("201", Text(IDC_ROI_BOTTOM));
+}
+
+// What the settings page only sets, this page saves along with its own.
+TEST_F(TransformTest, RoiPageSavesEverything) {
+    ShellLog log;
+    SheetWindow sheet;
+    NotingSite site;
+    CComRef<IClassFactory> factory;
+    CComRef<IPropertyPage> page;
+    ASSERT_HR(S_OK, GetClassObject(CLSID_NMFVDeinterlaceRoiPage, IID_IClassFactory, factory.PutVoid()));
+    ASSERT_HR(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page.PutVoid()));
+    IUnknown* object = Mft();
+    constexpr RECT kRect = {0, 0, 640, 700};
+    page->SetPageSite(&site);
+    ASSERT_HR(S_OK, page->SetObjects(1, &object));
+    ASSERT_HR(S_OK, page->Activate(sheet.Get(), &kRect, FALSE));
+    Control()->put_Even(VARIANT_TRUE);
+    SendDlgItemMessageA(sheet.Page(), IDC_ENABLE_ROI, BM_CLICK, 0, 0);
+    EXPECT_HR(S_OK, page->Apply());
+    page.Reset();
+
+    TransformUnderTest later; // reads what was saved; the first one lives on
+    ASSERT_TRUE(later.Create());
+    VARIANT_BOOL even = VARIANT_FALSE, region = VARIANT_FALSE;
+    later.control->get_Even(&even);
+    later.control->get_EnableROI(&region);
+    EXPECT_TRUE(even && region);
 }
 
 } // namespace

@@ -36,8 +36,8 @@ TEST_F(SettingsPage, ApplyOrder) {
     Open();
     SelectLine(1);
     Click(IDC_REMOVE_SEGMENT);
-    Click(IDC_OPERATION_DEINTERLACE); // of the former third
-    Click(IDC_SEGMENT_PREAMBLE_IGNORE);
+    Click(IDC_SEGMENT_PREAMBLE_IGNORE); // of the former third
+    Click(IDC_OPERATION_DEINTERLACE);
     Type(IDC_SENSITIVITY, "8");
     Click(IDC_MERGE_FIELDS);
     Click(IDC_AUTO_DEINTERLACE);
@@ -84,11 +84,12 @@ TEST_F(SettingsPage, SegmentsAreEdited) {
     Click(IDC_OPERATION_NO_DEINTERLACE);
     EXPECT_EQ((Texts{" 0 : 2 : 0 . 0 ( P<7:1:1>)", " 0 : 2 : 0 . 0 ( N )", ""}), Lines());
     EXPECT_EQ(1, Line());
-    EXPECT_FALSE(IsWindowEnabled(Control(IDC_SEGMENT_DOWN)));
+    EXPECT_FALSE(IsEnabled(IDC_SEGMENT_DOWN));
     Click(IDC_SEGMENT_UP);
     EXPECT_EQ((Texts{" 0 : 2 : 0 . 0 ( N )", " 0 : 2 : 0 . 0 ( P<7:1:1>)", ""}), Lines());
     EXPECT_EQ(0, Line());
-    EXPECT_FALSE(IsWindowEnabled(Control(IDC_SEGMENT_UP)));
+    EXPECT_FALSE(IsEnabled(IDC_SEGMENT_UP));
+    EXPECT_TRUE(IsWindowEnabled(GetFocus())); // the keyboard isn't lost with the button
     SetFormat(SEGMENT_TIME_FORMAT_FRAME);
     EXPECT_EQ((Texts{" 3600  ( N )", " 3600 ( P<7:1:1>)", ""}), Lines());
     EXPECT_EQ("3600", Text(IDC_START_MILLISECONDS));
@@ -116,6 +117,7 @@ TEST_F(SettingsPage, StartPointsAreClamped) {
         {SEGMENT_TIME_FORMAT_TIME, IDC_START_HOURS, "1000", "999", " 999 : 0 : 0 . 40 ( N )"},
         {SEGMENT_TIME_FORMAT_TIME, IDC_START_MINUTES, "75", "59", " 999 : 59 : 0 . 40 ( N )"},
         {SEGMENT_TIME_FORMAT_TIME, IDC_START_SECONDS, "99999999999", "59", " 999 : 59 : 59 . 40 ( N )"},
+        {SEGMENT_TIME_FORMAT_TIME, IDC_START_MILLISECONDS, "1000", "999", " 999 : 59 : 59 . 999 ( N )"},
         {SEGMENT_TIME_FORMAT_TIME, IDC_START_MILLISECONDS, "5", "5", " 999 : 59 : 59 . 5 ( N )"},
         {SEGMENT_TIME_FORMAT_TIME, IDC_START_HOURS, "", "", " 0 : 59 : 59 . 5 ( N )"},
         {SEGMENT_TIME_FORMAT_FRAME, IDC_START_MILLISECONDS, "200000000", "107999999", " 107999999  ( N )"},
@@ -158,13 +160,12 @@ TEST_F(SettingsPage, EnablingFollowsTheBoxes) {
         }
         std::string states;
         for (const int control : kControls) {
-            states += IsWindowEnabled(Control(control)) ? '+' : '-';
+            states += IsEnabled(control) ? '+' : '-';
         }
         EXPECT_EQ(c.states, states) << "after " << c.box;
     }
     SelectLine(1);
-    EXPECT_FALSE(IsWindowEnabled(Control(IDC_OPERATION_PATTERN)));
-    EXPECT_FALSE(IsWindowEnabled(Control(IDC_START_HOURS)));
+    EXPECT_FALSE(IsEnabled(IDC_OPERATION_PATTERN) || IsEnabled(IDC_START_HOURS));
 }
 
 TEST_F(SettingsPage, WrongSensitivitiesAreRefused) {
@@ -172,15 +173,17 @@ TEST_F(SettingsPage, WrongSensitivitiesAreRefused) {
     Click(IDC_AUTO_DEINTERLACE); // else the edit is disabled
     for (const char* const text : {"8.0001", "1e-3", ""}) {
         Type(IDC_SENSITIVITY, text);
-        m_boxes.clear();
+        m_log.boxes.clear();
         EXPECT_HR(E_FAIL, m_page->Apply());
         EXPECT_EQ(Texts{"Nerin MF Video Deinterlace Transform: The value you have entered is invalid. Please enter a "
                         "value between 0.001 and 8.0"},
-                  m_boxes);
+                  m_log.boxes);
         EXPECT_TRUE(Dirty());
         EXPECT_EQ(Control(IDC_SENSITIVITY), GetFocus());
     }
     EXPECT_TRUE(m_object.calls.empty());
+    EXPECT_HR(S_OK, m_page->SetObjects(0, nullptr));
+    EXPECT_FALSE(Dirty());
 }
 
 TEST_F(SettingsPage, GlobalCountsAreNotReadBack) {
@@ -219,14 +222,36 @@ TEST_F(SettingsPage, ImportsAreTaken) {
         m_object.put_DeinterlaceSettingsImportState(VARIANT_TRUE);
         m_object.put_Even(byApply ? VARIANT_TRUE : VARIANT_FALSE);
         m_object.calls.clear();
-        m_statuses.clear();
+        m_site.statuses.clear();
         EXPECT_HR(S_OK, byApply ? m_page->Apply() : m_page->Show(SW_SHOW));
-        EXPECT_EQ(std::vector<DWORD>{PROPPAGESTATUS_VALIDATE}, m_statuses);
+        EXPECT_EQ(std::vector<DWORD>{PROPPAGESTATUS_VALIDATE}, m_site.statuses);
         EXPECT_EQ("put_DeinterlaceSettingsImportState 0", m_object.calls[0]);
         EXPECT_EQ((Texts{" 250  ( D )", ""}), Lines());
         EXPECT_EQ(byApply ? BST_CHECKED : BST_UNCHECKED, Send(IDC_START_WITH_EVEN_LINES, BM_GETCHECK));
     }
     EXPECT_EQ("put_Even -1", m_object.calls[2]);
+    SetFormat(SEGMENT_TIME_FORMAT_TIME);
+    EXPECT_EQ(" 0 : 0 : 8 . 333 ( D )", Lines()[0]); // of frame 250 at 30 per second
+}
+
+TEST_F(SettingsPage, DescribesControlsAndHelps) {
+    Open();
+    const auto describe = [this](HWND window) {
+        SendMessageA(Dialog(), WM_SETCURSOR, reinterpret_cast<WPARAM>(window), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+        return Text(IDC_DESCRIPTION);
+    };
+    EXPECT_EQ("Merge the top and bottom fields into a single frame.", describe(Control(IDC_MERGE_FIELDS)));
+    EXPECT_EQ("", describe(Dialog()));
+    const HDC dc = GetDC(Dialog());
+    for (const int control : {IDC_SENSITIVITY_LABEL, IDC_DESCRIPTION}) {
+        SendMessageA(Dialog(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
+                     reinterpret_cast<LPARAM>(Control(control)));
+        EXPECT_EQ(control == IDC_DESCRIPTION, GetTextColor(dc) == 0x00E60000);
+    }
+    ReleaseDC(Dialog(), dc);
+    m_log.executeResult = 2; // no browser
+    SendMessageA(Dialog(), WM_HELP, 0, 0);
+    EXPECT_EQ(Texts{"Nerin MF Video Deinterlace Transform: Can't find help file."}, m_log.boxes);
 }
 
 TEST_F(SettingsPage, SelectionOutlivesDeactivation) {
@@ -236,9 +261,9 @@ TEST_F(SettingsPage, SelectionOutlivesDeactivation) {
     SelectLine(1);
     Type(IDC_START_SECONDS, "9");
     EXPECT_HR(S_OK, m_page->Deactivate());
-    m_statuses.clear();
+    m_site.statuses.clear();
     Activate(); // fills twice: once itself, once by showing
-    EXPECT_EQ(std::vector<DWORD>(2, PROPPAGESTATUS_DIRTY), m_statuses);
+    EXPECT_EQ(std::vector<DWORD>(2, PROPPAGESTATUS_DIRTY), m_site.statuses);
     EXPECT_EQ(1, Line());
     EXPECT_EQ("9", Text(IDC_START_SECONDS));
     EXPECT_HR(S_OK, m_page->Deactivate());
@@ -248,8 +273,7 @@ TEST_F(SettingsPage, SelectionOutlivesDeactivation) {
 
     EXPECT_HR(S_OK, m_page->SetObjects(0, nullptr));
     EXPECT_HR(E_UNEXPECTED, m_page->SetObjects(0, nullptr));
-    EXPECT_FALSE(Dirty());
-    IUnknown* stranger = this; // knows no interface
+    IUnknown* stranger = &m_site;
     EXPECT_HR(E_NOINTERFACE, m_page->SetObjects(1, &stranger));
     m_object.RemoveSegment(0);
     Connect();

@@ -60,21 +60,4 @@ TEST(SegmentRecords, BehaveLikeAVector) {
     }
 }
 
-TEST(SegmentRecords, NewOnesCopyTheirNeighbour) {
-    PageSegmentList list;
-    const PageSegment fresh = list.Template(0, {0, 7, 8, 9}, 2);
-    EXPECT_EQ(7u, fresh.pattern.preambleFrames);
-    EXPECT_EQ(0, fresh.pattern.deintPreamble);
-    EXPECT_EQ(2, fresh.operation);
-    list.Insert(0, Marked(10));
-    list.Insert(1, Marked(20));
-    constexpr struct {
-        std::int32_t index;
-        std::uint32_t mark;
-    } kCases[] = {{0, 10}, {1, 20}, {2, 20}, {-1, 20}};
-    for (const auto& c : kCases) {
-        EXPECT_EQ(c.mark, list.Template(c.index, {}, 2).segmentData) << c.index;
-    }
-}
-
 } // namespace

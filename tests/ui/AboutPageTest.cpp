@@ -83,6 +83,7 @@ TEST_F(AboutPage, HandOverTheLinkOnly) {
     const HCURSOR hand = LoadCursorA(nullptr, MAKEINTRESOURCEA(32649));
     const HCURSOR before = LinkClassCursor();
     ASSERT_NE(hand, before);
+    ASSERT_NE(nullptr, before);
     for (int round = 0; round < 2; ++round) {
         Mouse(m_link, WM_MOUSEMOVE);
         Mouse(m_link, WM_MOUSEMOVE);

@@ -95,6 +95,17 @@ TEST_F(HelpTopics, ShowsTheTopicOfTheFirstFile) {
     }
 }
 
+TEST_F(HelpTopics, FindsTheFileBesideTheModule) {
+    wchar_t module[MAX_PATH];
+    GetModuleFileNameW(nullptr, module, MAX_PATH);
+    const auto beside = std::filesystem::path(module).replace_filename("NxTransforms.chm");
+    SetHelpPath("C:\\missing");
+    std::ofstream(beside) << "help";
+    EXPECT_EQ(0, ShowHelpTopic(kName, 1));
+    std::filesystem::remove(beside);
+    EXPECT_EQ(1u, m_log.shown.size());
+}
+
 TEST_F(HelpTopics, NamesTheMissingFiles) {
     SetHelpPath("C:\\missing");
     EXPECT_EQ(-1, ShowHelpTopic(kName, 1));

@@ -89,7 +89,11 @@ int main() {
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
     const int code = RunToExitCode();
     // Every file is closed and every text written. Leaving by way of the platform's shutdown races with Media
-    // Foundation's own threads, and under Wine the shell then now and then gets 0 for a run that failed.
+    // Foundation's own threads, and under Wine the shell then now and then gets 0 for a run that failed; those that are
+    // only just starting race with this way out too, so a failed run gives them a moment.
+    if (code != 0) {
+        Sleep(100);
+    }
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(code));
     return code;
 }

@@ -14,7 +14,7 @@ inline constexpr std::uint32_t kTraceFile = 0x01;     // lines go to the trace f
 inline constexpr std::uint32_t kTraceTime = 0x02;     // new lines begin with the time of day
 inline constexpr std::uint32_t kTraceThread = 0x04;   // new lines begin with the thread id
 inline constexpr std::uint32_t kTraceMaster = 0x08;   // nothing is formatted or written while clear
-inline constexpr std::uint32_t kTraceReserved = 0x10; // Kept: set as shipped and read by nothing
+inline constexpr std::uint32_t kTraceReserved = 0x10; // Kept: set as shipped, read by nothing. Test: TraceLog.Switches
 inline constexpr std::uint32_t kTraceHandles = 0x20;  // new lines begin with the process's handle count
 inline constexpr std::uint32_t kTraceDebugger = 0x40; // lines go to the debugger output
 

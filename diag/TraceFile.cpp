@@ -76,7 +76,7 @@ HANDLE OpenWithPatience(std::atomic<std::uint32_t>& folderFallback) {
         std::wcsncpy(path, TracePath, kTracePathSize - 1);
         const HANDLE file = Open(path);
         const DWORD error = GetLastError();
-        // Kept: with the fallback made, a file in use is not waited for. Test: TraceFile.FolderInThePlaceOfTheFile.
+        // Kept: with the fallback made, a file in use is not waited for. Test: TraceLog.FolderInThePlaceOfTheFile.
         if (file != INVALID_HANDLE_VALUE || folderFallback == 0) {
             return file;
         }

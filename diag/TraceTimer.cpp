@@ -51,7 +51,7 @@ void StartTraceTimer(TraceWriter& writer) {
 }
 
 // Kept: the queue's handle stays, so nobody starts another timer: what other modules trace from now on is written when
-// they let go. Test: TwoModules.SecondOutlivesTheTimersOwner.
+// they let go. Test: TraceLog.SecondOutlivesTheTimersOwner.
 void StopTraceTimer(TraceWriter& writer) {
     if (!writer.timerQueue || writer.timerOwner != &TraceFlags) {
         return;

@@ -62,7 +62,7 @@ void TraceWriterRef::Close() {
         if (writer->Release() == 0) {
             // Kept: the address of the writer that is gone is written back, not cleared. Each module that holds the
             // section holds a reference too, so this was the last one, and the section goes with its handle below; only
-            // a handle that somebody else opened can show the address. Test: SharedSection.Contents.
+            // a handle that somebody else opened can show the address. Test: TraceLog.SharedSection.
             view->writer = writer;
         }
     } else {

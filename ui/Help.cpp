@@ -1,6 +1,6 @@
 #include "ui/Help.h"
 
-#include "com/Scoped.h"
+#include "com/RegKey.h"
 #include "ui/BoundedText.h"
 #include "ui/HelpTopic.h"
 #include "ui/HtmlHelp.h"
@@ -15,7 +15,6 @@
 
 namespace {
 
-using CRegKey = CScoped<HKEY, &RegCloseKey>;
 using Text = std::unique_ptr<char[]>;
 
 constexpr char kHelpKey[] = "SOFTWARE\\Nerin Systems\\DShow\\Help";

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include <mfapi.h>
+#include <ocidl.h>
 
 namespace {
 
@@ -112,6 +113,31 @@ TEST_F(ShippedModule, MayGoOnceNothingIsHeld) {
         thread.join();
     }
     EXPECT_HR(S_OK, m_module.CanUnloadNow());
+}
+
+// Titles are the DLL's own resources, and a page that lives keeps the DLL.
+TEST_F(ShippedModule, MakesItsPages) {
+    const struct {
+        const CLSID& page;
+        const wchar_t* title;
+    } rows[] = {{CLSID_NMFVDeinterlaceSettingsPage, L"Deinterlace Settings"},
+                {CLSID_NMFVDeinterlaceRoiPage, L"ROI Settings"},
+                {CLSID_NMFVDeinterlaceAboutPage, L"About"}};
+    for (const auto& row : rows) {
+        CComRef<IClassFactory> factory;
+        ASSERT_HR(S_OK, m_module.GetClassObject(row.page, IID_IClassFactory, factory.PutVoid()));
+        CComRef<IPropertyPage> page;
+        ASSERT_HR(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page.PutVoid()));
+        EXPECT_HR(S_FALSE, m_module.CanUnloadNow());
+        PROPPAGEINFO info = {};
+        ASSERT_HR(S_OK, page->GetPageInfo(&info));
+        EXPECT_EQ(std::wstring(row.title), info.pszTitle);
+        EXPECT_EQ(std::wstring(L"NerinMFVideoDeinterlaceTransform"), info.pszHelpFile);
+        CoTaskMemFree(info.pszTitle);
+        CoTaskMemFree(info.pszHelpFile);
+        page.Reset();
+        EXPECT_HR(S_OK, m_module.CanUnloadNow());
+    }
 }
 
 TEST_F(ShippedModule, UnloadsAndKeepsTheSettings) {

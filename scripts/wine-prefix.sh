@@ -22,7 +22,10 @@ ensure_prefix() {
     mv "$new" "$nmfv_prefix"
 }
 
-# One server for all programs of the next minute: starting it costs each half a second otherwise.
+# One server for all programs of the next minute: starting it costs each half a second otherwise. Its first program
+# starts Windows's services, which would hold that program's output open as long as they live: for whoever waits for its
+# end, a minute. So that program is one without output.
 keep_server() {
     "$nmfv_scripts/wine" --server -p60 >/dev/null 2>&1 </dev/null || true
+    timeout 60 "$nmfv_scripts/wine" cmd.exe /c exit >/dev/null 2>&1 </dev/null || true
 }

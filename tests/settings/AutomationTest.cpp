@@ -20,7 +20,7 @@ protected:
 
     static void RegisterLibrary() {
         CComRef<ITypeLib> library;
-        ASSERT_HR(S_OK, LoadTypeLib(L"NMFVDeitrx.dll", library.Put()));
+        ASSERT_HR(S_OK, LoadTypeLibEx(L"NMFVDeitrx.dll", REGKIND_NONE, library.Put()));
         wchar_t path[MAX_PATH] = {};
         GetModuleFileNameW(nullptr, path, MAX_PATH);
         std::wstring dll(path);

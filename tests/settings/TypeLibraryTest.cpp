@@ -65,7 +65,7 @@ std::string ParametersOf(ITypeInfo* info, const FUNCDESC& function) {
 class TypeLibrary : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_HR(S_OK, LoadTypeLib(L"NMFVDeitrx.dll", m_library.Put()));
+        ASSERT_HR(S_OK, LoadTypeLibEx(L"NMFVDeitrx.dll", REGKIND_NONE, m_library.Put()));
         ASSERT_HR(S_OK, m_library->GetTypeInfoOfGuid(IID_INMFVDeinterlace, m_interface.Put()));
     }
 

@@ -11,8 +11,8 @@ bool Overlaps(const std::uint8_t* a, const std::uint8_t* b, std::size_t bytes) {
 }
 
 // Vector kernels read ahead of what they write; where that would show, the reference does the row.
-const RowKernels& KernelsFor(bool overlap) {
-    return overlap ? AllRowKernels().front() : ActiveRowKernels();
+const RowWriters& WritersFor(bool overlap) {
+    return (overlap ? AllRowKernels().front() : ActiveRowKernels()).cached;
 }
 
 } // namespace
@@ -25,7 +25,7 @@ void BlendLines121(std::uint8_t* destination, const std::uint8_t* above, const s
     const auto bytes = static_cast<std::size_t>(byteCount);
     const bool overlap = Overlaps(destination, above, bytes) || Overlaps(destination, current, bytes) ||
                          Overlaps(destination, below, bytes);
-    KernelsFor(overlap).blend121(destination, above, current, below, bytes);
+    WritersFor(overlap).blend121(destination, above, current, below, bytes, below);
 }
 
 void AverageLines(std::uint8_t* destination, const std::uint8_t* above, const std::uint8_t* below,
@@ -35,5 +35,5 @@ void AverageLines(std::uint8_t* destination, const std::uint8_t* above, const st
     }
     const auto bytes = static_cast<std::size_t>(byteCount);
     const bool overlap = Overlaps(destination, above, bytes) || Overlaps(destination, below, bytes);
-    KernelsFor(overlap).average(destination, above, below, bytes);
+    WritersFor(overlap).average(destination, above, below, bytes);
 }

@@ -14,16 +14,19 @@ bool Always() {
     return true;
 }
 
-#define NMFV_ROW_KERNELS(variant)                                                                                      \
-    AverageRow##variant, BlendRow##variant, CombTrios16##variant, CombTrios24##variant, CombTrios32##variant
+#define NMFV_WRITERS(suffix)                                                                                           \
+    { CopyRow##suffix, AverageRow##suffix, BlendRow##suffix, RebuildRows##suffix, Finish##suffix }
+#define NMFV_COMBS(variant) CombTrios16##variant, CombTrios24##variant, CombTrios32##variant
 
 constexpr RowKernels kRowKernels[] = {
-    {"scalar", Always, NMFV_ROW_KERNELS(Scalar)},
-    {"sse2", Always, NMFV_ROW_KERNELS(Sse2)}, // every x64 processor has it
-    {"avx2", HasAvx2, NMFV_ROW_KERNELS(Avx2)},
+    {"scalar", Always, NMFV_WRITERS(CachedScalar), NMFV_WRITERS(CachedScalar), NMFV_COMBS(Scalar)},
+    // Every x64 processor has it.
+    {"sse2", Always, NMFV_WRITERS(CachedSse2), NMFV_WRITERS(StreamedSse2), NMFV_COMBS(Sse2)},
+    {"avx2", HasAvx2, NMFV_WRITERS(CachedAvx2), NMFV_WRITERS(StreamedAvx2), NMFV_COMBS(Avx2)},
 };
 
-#undef NMFV_ROW_KERNELS
+#undef NMFV_WRITERS
+#undef NMFV_COMBS
 
 // A test build may be told to stay below what the processor offers.
 bool IsWanted([[maybe_unused]] const RowKernels& variant) {

@@ -5,13 +5,34 @@
 #include <cstdint>
 #include <span>
 
-// out[i] = (above[i] + below[i]) >> 1 for `bytes` bytes. `out` overlaps neither row.
+// Kernels that write rows. `out`, `rebuilt` and `kept` overlap no row that is read, and each other neither. `soon`
+// leads to `bytes` bytes of the source frame that will be read before long: a kernel may fetch them into the cache
+// meanwhile.
+
+// out[i] = in[i] for `bytes` bytes.
+using CopyRowFn = void (*)(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes);
+
+// out[i] = (above[i] + below[i]) >> 1 for `bytes` bytes.
 using AverageRowFn = void (*)(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below,
                               std::size_t bytes);
 
-// out[i] = (above[i] + 2 * current[i] + below[i]) >> 2 for `bytes` bytes. `out` overlaps none of the rows.
+// out[i] = (above[i] + 2 * current[i] + below[i]) >> 2 for `bytes` bytes.
 using BlendRowFn = void (*)(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,
-                            const std::uint8_t* below, std::size_t bytes);
+                            const std::uint8_t* below, std::size_t bytes, const std::uint8_t* soon);
+
+// A rebuilt row and the kept one after it, in one go over what both read: rebuilt[i] = (above[i] + below[i]) >> 1 and
+// kept[i] = below[i] for `bytes` bytes.
+using RebuildRowsFn = void (*)(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above,
+                               const std::uint8_t* below, std::size_t bytes, const std::uint8_t* soon);
+
+// One way to store rows.
+struct RowWriters {
+    CopyRowFn copy;
+    AverageRowFn average;
+    BlendRowFn blend121;
+    RebuildRowsFn rebuild;
+    void (*finish)(); // after the last row, before anyone else may look at it
+};
 
 // Counts combed positions around one pair of rows.
 //
@@ -27,11 +48,11 @@ using CombTriosFn = std::uint32_t (*)(const std::uint8_t* row, std::ptrdiff_t st
 struct RowKernels {
     const char* name;
     bool (*supported)();
-    AverageRowFn average;
-    BlendRowFn blend121;
-    CombTriosFn comb16; // samples of 4 bytes, all four compared: a pixel pair of a packed 4:2:2 format
-    CombTriosFn comb24; // samples of 3 bytes
-    CombTriosFn comb32; // samples of 4 bytes, the first three compared
+    RowWriters cached;   // ordinary stores: what is written stays in the cache
+    RowWriters streamed; // stores that go past the cache to memory; the same bytes
+    CombTriosFn comb16;  // samples of 4 bytes, all four compared: a pixel pair of a packed 4:2:2 format
+    CombTriosFn comb24;  // samples of 3 bytes
+    CombTriosFn comb32;  // samples of 4 bytes, the first three compared
 };
 
 // All variants, slowest first; [0] is the reference that the others must equal for every length, offset and tail.

@@ -3,25 +3,27 @@
 #include "engine/RowKernelVariants.h"
 
 #include "engine/CombTrios.h"
+#include "engine/RowLoops.h"
 
 #include <immintrin.h>
 
 namespace {
 
-constexpr std::size_t kVector = 32;
-
 __m256i Load(const std::uint8_t* p) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
 }
 
-void Store(std::uint8_t* p, __m256i v) {
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v);
-}
+struct Vector {
+    using Type = __m256i;
+    static constexpr std::size_t kBytes = 32;
 
-// (a + b) >> 1: the average instruction rounds up, so take the carry back where the low bits differ.
-__m256i Halve(__m256i a, __m256i b) {
-    return _mm256_sub_epi8(_mm256_avg_epu8(a, b), _mm256_and_si256(_mm256_xor_si256(a, b), _mm256_set1_epi8(1)));
-}
+    static Type Load(const std::uint8_t* p) { return ::Load(p); }
+    static void Store(std::uint8_t* p, Type v) { _mm256_storeu_si256(reinterpret_cast<Type*>(p), v); }
+    static void Stream(std::uint8_t* p, Type v) { _mm256_stream_si256(reinterpret_cast<Type*>(p), v); }
+    static Type Invert(Type v) { return _mm256_xor_si256(v, _mm256_set1_epi8(-1)); }
+    static Type Average(Type a, Type b) { return _mm256_avg_epu8(a, b); }
+    static void FetchSoon(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T1); }
+};
 
 __m256i Difference(__m256i a, __m256i b) {
     return _mm256_or_si256(_mm256_subs_epu8(a, b), _mm256_subs_epu8(b, a));
@@ -99,23 +101,8 @@ struct Steps3Bytes {
 
 } // namespace
 
-void AverageRowAvx2(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below, std::size_t bytes) {
-    std::size_t i = 0;
-    for (; i + kVector <= bytes; i += kVector) {
-        Store(out + i, Halve(Load(above + i), Load(below + i)));
-    }
-    AverageRowScalar(out + i, above + i, below + i, bytes - i);
-}
-
-// (a + 2c + b) >> 2 equals halving with truncation twice, so the bytes stay bytes.
-void BlendRowAvx2(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current, const std::uint8_t* below,
-                  std::size_t bytes) {
-    std::size_t i = 0;
-    for (; i + kVector <= bytes; i += kVector) {
-        Store(out + i, Halve(Halve(Load(above + i), Load(below + i)), Load(current + i)));
-    }
-    BlendRowScalar(out + i, above + i, current + i, below + i, bytes - i);
-}
+NMFV_DEFINE_ROW_WRITERS(Vector, false, CachedAvx2);
+NMFV_DEFINE_ROW_WRITERS(Vector, true, StreamedAvx2);
 
 std::uint32_t CombTrios16Avx2(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
     return CombTrios<Steps4Bytes<0xFFFFFFFFu, 12>>(row, stride, samples, pairsAfter, CombTrios16Scalar);

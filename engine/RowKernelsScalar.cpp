@@ -3,6 +3,8 @@
 
 #include "engine/CombTrios.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::int32_t kLargeStep = 576; // squared distance of 24
@@ -26,18 +28,31 @@ struct OneSample {
 
 } // namespace
 
-void AverageRowScalar(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below, std::size_t bytes) {
+void CopyRowCachedScalar(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
+    std::copy_n(in, bytes, out);
+}
+
+void AverageRowCachedScalar(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below,
+                            std::size_t bytes) {
     for (std::size_t i = 0; i < bytes; ++i) {
         out[i] = static_cast<std::uint8_t>((above[i] + below[i]) >> 1);
     }
 }
 
-void BlendRowScalar(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,
-                    const std::uint8_t* below, std::size_t bytes) {
+void BlendRowCachedScalar(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,
+                          const std::uint8_t* below, std::size_t bytes, const std::uint8_t*) {
     for (std::size_t i = 0; i < bytes; ++i) {
         out[i] = static_cast<std::uint8_t>((above[i] + 2 * current[i] + below[i]) >> 2);
     }
 }
+
+void RebuildRowsCachedScalar(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above,
+                             const std::uint8_t* below, std::size_t bytes, const std::uint8_t*) {
+    AverageRowCachedScalar(rebuilt, above, below, bytes);
+    CopyRowCachedScalar(kept, below, bytes);
+}
+
+void FinishCachedScalar() {}
 
 std::uint32_t CombTrios16Scalar(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
     return CombTriosOfBlocks(OneSample<4, 4>{}, row, stride, samples, pairsAfter);

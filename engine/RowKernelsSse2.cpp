@@ -2,6 +2,7 @@
 #include "engine/RowKernelVariants.h"
 
 #include "engine/CombTrios.h"
+#include "engine/RowLoops.h"
 
 #include <bit>
 
@@ -9,21 +10,21 @@
 
 namespace {
 
-constexpr std::size_t kVector = 16;
-
 __m128i Load(const std::uint8_t* p) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
 }
 
-void Store(std::uint8_t* p, __m128i v) {
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v);
-}
+struct Vector {
+    using Type = __m128i;
+    static constexpr std::size_t kBytes = 16;
 
-// (a + b) >> 1. The average instruction rounds up and the contract truncates: take the carry back where the low bits
-// differ.
-__m128i Halve(__m128i a, __m128i b) {
-    return _mm_sub_epi8(_mm_avg_epu8(a, b), _mm_and_si128(_mm_xor_si128(a, b), _mm_set1_epi8(1)));
-}
+    static Type Load(const std::uint8_t* p) { return ::Load(p); }
+    static void Store(std::uint8_t* p, Type v) { _mm_storeu_si128(reinterpret_cast<Type*>(p), v); }
+    static void Stream(std::uint8_t* p, Type v) { _mm_stream_si128(reinterpret_cast<Type*>(p), v); }
+    static Type Invert(Type v) { return _mm_xor_si128(v, _mm_set1_epi8(-1)); }
+    static Type Average(Type a, Type b) { return _mm_avg_epu8(a, b); }
+    static void FetchSoon(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T1); }
+};
 
 // |a - b| per byte, cut to 25: one difference of 25 is a large step already (625 > 576), and squares of at most 25
 // sum up without overflow in 16 bits.
@@ -118,23 +119,8 @@ struct Steps3Bytes {
 
 } // namespace
 
-void AverageRowSse2(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below, std::size_t bytes) {
-    std::size_t i = 0;
-    for (; i + kVector <= bytes; i += kVector) {
-        Store(out + i, Halve(Load(above + i), Load(below + i)));
-    }
-    AverageRowScalar(out + i, above + i, below + i, bytes - i);
-}
-
-// (a + 2c + b) >> 2 equals halving with truncation twice, so the bytes stay bytes.
-void BlendRowSse2(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current, const std::uint8_t* below,
-                  std::size_t bytes) {
-    std::size_t i = 0;
-    for (; i + kVector <= bytes; i += kVector) {
-        Store(out + i, Halve(Halve(Load(above + i), Load(below + i)), Load(current + i)));
-    }
-    BlendRowScalar(out + i, above + i, current + i, below + i, bytes - i);
-}
+NMFV_DEFINE_ROW_WRITERS(Vector, false, CachedSse2);
+NMFV_DEFINE_ROW_WRITERS(Vector, true, StreamedSse2);
 
 std::uint32_t CombTrios16Sse2(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
     return CombTrios<Steps4Bytes<0xFFFFFFFFu, 12>>(row, stride, samples, pairsAfter, CombTrios16Scalar);

@@ -20,14 +20,14 @@ constexpr std::uint8_t kMost8 = 255;
 struct Placement {
     const char* name;
     bool atEnd;
-    std::size_t away[4];
+    std::size_t away[5];
 };
 
 constexpr Placement kPlacements[] = {
-    {"loose 1, 16, 31, 7", false, {1, 16, 31, 7}},
-    {"loose 32, 15, 2, 1", false, {32, 15, 2, 1}},
-    {"before a closed page", true, {0, 0, 0, 0}},
-    {"behind a closed page", false, {0, 0, 0, 0}},
+    {"loose 1, 16, 31, 7, 7", false, {1, 16, 31, 7, 7}},
+    {"loose 32, 15, 2, 1, 17", false, {32, 15, 2, 1, 17}},
+    {"before a closed page", true, {0, 0, 0, 0, 0}},
+    {"behind a closed page", false, {0, 0, 0, 0, 0}},
 };
 
 std::uint8_t* Place(const GuardedBlocks& blocks, int block, const Placement& placement, int row, std::size_t bytes) {
@@ -37,17 +37,39 @@ std::uint8_t* Place(const GuardedBlocks& blocks, int block, const Placement& pla
 
 // --- rows mixed byte by byte
 
+constexpr int kSource = 3; // rows that are read; two that are written follow
+constexpr int kBlocks = 5;
+
 struct Mix {
     const char* name;
-    void (*run)(const RowKernels& kernels, std::uint8_t* out, const std::uint8_t* const rows[3], std::size_t bytes);
+    int outputs;
+    void (*run)(const RowWriters& writers, std::uint8_t* const out[2], const std::uint8_t* const rows[3],
+                std::size_t bytes);
 };
 
+using Out = std::uint8_t* const[2];
+using Rows = const std::uint8_t* const[3];
+
 constexpr Mix kMixes[] = {
-    {"average", [](const RowKernels& k, std::uint8_t* out, const std::uint8_t* const rows[3],
-                   std::size_t n) { k.average(out, rows[0], rows[2], n); }},
-    {"blend121", [](const RowKernels& k, std::uint8_t* out, const std::uint8_t* const rows[3],
-                    std::size_t n) { k.blend121(out, rows[0], rows[1], rows[2], n); }},
+    {"copy", 1, [](const RowWriters& w, Out out, Rows rows, std::size_t n) { w.copy(out[0], rows[0], n); }},
+    {"average", 1,
+     [](const RowWriters& w, Out out, Rows rows, std::size_t n) { w.average(out[0], rows[0], rows[2], n); }},
+    {"blend121", 1,
+     [](const RowWriters& w, Out out, Rows rows, std::size_t n) {
+         w.blend121(out[0], rows[0], rows[1], rows[2], n, rows[1]);
+     }},
+    {"rebuild", 2,
+     [](const RowWriters& w, Out out, Rows rows, std::size_t n) {
+         w.rebuild(out[0], out[1], rows[0], rows[2], n, rows[1]);
+     }},
 };
+
+struct Way {
+    const char* name;
+    RowWriters RowKernels::*writers;
+};
+
+constexpr Way kWays[] = {{"cached", &RowKernels::cached}, {"streamed", &RowKernels::streamed}};
 
 // What is wrong with the block that `out` lies in, or null.
 const char* Fault(std::span<const std::uint8_t> block, const std::uint8_t* out, const std::vector<std::uint8_t>& want) {
@@ -61,31 +83,53 @@ const char* Fault(std::span<const std::uint8_t> block, const std::uint8_t* out, 
                : "wrote outside its row";
 }
 
-std::string CheckMix(const Mix& mix, const RowKernels& variant, const RowKernels& reference, std::uint32_t seed) {
-    const GuardedBlocks blocks(4, 1);
+// Fills the source rows; the rows' starts.
+void FillSources(const GuardedBlocks& blocks, const Placement& placement, std::size_t bytes, bool extremes,
+                 RandomBytes& random, const std::uint8_t* (&rows)[kSource]) {
+    for (int i = 0; i < kSource; ++i) {
+        std::uint8_t* row = Place(blocks, i, placement, i, bytes);
+        random.Fill({row, bytes});
+        if (extremes) {
+            std::transform(row, row + bytes, row, [](std::uint8_t b) { return b & 1 ? kMost8 : kLeast8; });
+        }
+        rows[i] = row;
+    }
+}
+
+// Runs the mix of `writers` and compares with `want`; what is wrong, or null.
+const char* RunAndCompare(const Mix& mix, const RowWriters& writers, const GuardedBlocks& blocks,
+                          const Placement& placement, const std::uint8_t* const (&rows)[kSource],
+                          const std::vector<std::uint8_t> (&want)[2]) {
+    std::uint8_t* out[2];
+    for (int i = 0; i < 2; ++i) {
+        out[i] = Place(blocks, kSource + i, placement, kSource + i, want[i].size());
+        std::ranges::fill(blocks.Block(kSource + i), kCanary);
+    }
+    mix.run(writers, out, rows, want[0].size());
+    writers.finish();
+    const char* fault = nullptr;
+    for (int i = 0; i < mix.outputs && !fault; ++i) {
+        fault = Fault(blocks.Block(kSource + i), out[i], want[i]);
+    }
+    return fault;
+}
+
+std::string CheckMix(const Mix& mix, const Way& way, const RowKernels& variant, const RowKernels& reference,
+                     std::uint32_t seed) {
+    const GuardedBlocks blocks(kBlocks, 1);
     RandomBytes random(seed);
     for (std::size_t bytes = 0; bytes <= kMost; ++bytes) {
         for (const Placement& placement : kPlacements) {
             for (const bool extremes : {false, true}) {
-                const std::uint8_t* rows[3];
-                for (int i = 0; i < 3; ++i) {
-                    std::uint8_t* row = Place(blocks, i, placement, i, bytes);
-                    random.Fill({row, bytes});
-                    if (extremes) {
-                        std::transform(row, row + bytes, row, [](std::uint8_t b) { return b & 1 ? kMost8 : kLeast8; });
-                    }
-                    rows[i] = row;
-                }
-                std::vector<std::uint8_t> want(bytes);
-                mix.run(reference, want.data(), rows, bytes);
-
-                std::uint8_t* out = Place(blocks, 3, placement, 3, bytes);
-                std::ranges::fill(blocks.Block(3), kCanary);
-                mix.run(variant, out, rows, bytes);
-                if (const char* fault = Fault(blocks.Block(3), out, want)) {
+                const std::uint8_t* rows[kSource];
+                FillSources(blocks, placement, bytes, extremes, random, rows);
+                std::vector<std::uint8_t> want[2]{std::vector<std::uint8_t>(bytes), std::vector<std::uint8_t>(bytes)};
+                std::uint8_t* const wanted[2] = {want[0].data(), want[1].data()};
+                mix.run(reference.cached, wanted, rows, bytes);
+                if (const char* fault = RunAndCompare(mix, variant.*way.writers, blocks, placement, rows, want)) {
                     std::ostringstream text;
-                    text << variant.name << " " << mix.name << " " << fault << ": bytes=" << bytes << " rows "
-                         << placement.name << (extremes ? " extremes" : " random") << " seed=" << seed;
+                    text << variant.name << " " << mix.name << " " << fault << ": " << way.name << " bytes=" << bytes
+                         << " rows " << placement.name << (extremes ? " extremes" : " random") << " seed=" << seed;
                     return text.str();
                 }
             }
@@ -181,18 +225,22 @@ std::string CheckComb(const Comb& comb, const RowKernels& variant, const RowKern
 
 } // namespace
 
+const RowWriters kPlainWriters{PlainCopy, PlainAverage<>, PlainBlend<>, PlainRebuild<>, [] {}};
+
 const RowKernels kPlainKernels{"plain",
                                [] { return true; },
-                               PlainAverage<>,
-                               PlainBlend<>,
+                               kPlainWriters,
+                               kPlainWriters,
                                PlainCombTrios<4, 4>,
                                PlainCombTrios<3, 3>,
                                PlainCombTrios<4, 3>};
 
 std::string CheckRowKernels(const RowKernels& variant, const RowKernels& reference, std::uint32_t seed) {
     for (const Mix& mix : kMixes) {
-        if (std::string fault = CheckMix(mix, variant, reference, seed); !fault.empty()) {
-            return fault;
+        for (const Way& way : kWays) {
+            if (std::string fault = CheckMix(mix, way, variant, reference, seed); !fault.empty()) {
+                return fault;
+            }
         }
     }
     for (const Comb& comb : kCombs) {

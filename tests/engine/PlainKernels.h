@@ -1,6 +1,7 @@
 // Row kernels written from their description, and what tests break in them.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -34,8 +35,19 @@ void PlainAverage(std::uint8_t* out, const std::uint8_t* above, const std::uint8
 
 template <int Rounding = 0>
 void PlainBlend(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current, const std::uint8_t* below,
-                std::size_t bytes) {
+                std::size_t bytes, const std::uint8_t* = nullptr) {
     for (std::size_t i = 0; i < bytes; ++i) {
         out[i] = static_cast<std::uint8_t>((above[i] + 2 * current[i] + below[i] + Rounding) / 4);
     }
+}
+
+template <int Rounding = 0>
+void PlainRebuild(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above, const std::uint8_t* below,
+                  std::size_t bytes, const std::uint8_t*) {
+    PlainAverage<Rounding>(rebuilt, above, below, bytes);
+    std::copy_n(below, bytes, kept);
+}
+
+inline void PlainCopy(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
+    std::copy_n(in, bytes, out);
 }

@@ -1,7 +1,7 @@
 #include "engine/DeinterlaceFilter.h"
 
 #include "diag/Trace.h"
-#include "engine/DeinterlaceLines.h"
+#include "engine/FramePass.h"
 #include "engine/InterlaceDetector.h"
 #include "settings/SettingsBlob.h"
 #include "settings/SettingsStore.h"
@@ -15,11 +15,7 @@ namespace {
 
 constexpr wchar_t kDisplayName[] = L"Nerin MF Video Deinterlace Transform";
 constexpr UINT32 kColorTableEntries = 256;
-
-// Input and output may be one and the same frame.
-void CopyFrame(const FrameShape& shape, const BYTE* input, BYTE* output) {
-    std::memmove(output, input, static_cast<std::size_t>(shape.Bytes()));
-}
+constexpr FramePlan kPassThrough{};
 
 } // namespace
 
@@ -47,8 +43,8 @@ HRESULT CDeinterlaceFilter::Transform(const BYTE* input, BYTE* output) {
         return E_UNEXPECTED;
     }
     const bool saved = Setting(NMFV_DEINTERLACE_ENABLE_PROTECTED_AREA) && SaveFrame(shape, input);
-    const HRESULT hr =
-        m_lBitCount == 8 ? DeinterlaceBits8(shape, input, output) : DeinterlaceBitsN(shape, input, output);
+    const FramePair frames{shape, input, output};
+    const HRESULT hr = m_lBitCount == 8 ? DeinterlaceBits8(frames) : DeinterlaceBitsN(frames);
     if (FAILED(hr)) {
         Trace("CDeinterlaceFilter::N_Deinterlace Failed");
     }
@@ -65,7 +61,7 @@ bool CDeinterlaceFilter::SaveFrame(const FrameShape& shape, const BYTE* input) {
     if (!m_pSavedFrame.Holds(shape.Bytes())) {
         return false;
     }
-    CopyFrame(shape, input, m_pSavedFrame.Data());
+    std::memcpy(m_pSavedFrame.Data(), input, static_cast<std::size_t>(shape.Bytes()));
     return true;
 }
 
@@ -74,55 +70,59 @@ void CDeinterlaceFilter::RestoreProtected(const FrameShape& shape, BYTE* output)
     RestoreProtectedArea(output, m_pSavedFrame.Data(), shape, m_bPacked422 != 0, area.top, area.rectangle);
 }
 
-HRESULT CDeinterlaceFilter::DeinterlaceBits8(const FrameShape& shape, const BYTE* input, BYTE* output) {
-    if (PassesThrough(input)) {
-        CopyFrame(shape, input, output);
-        return S_OK;
-    }
-    DeinterlaceArea(shape, input, output, ReadRegionFlags8(Store()));
+HRESULT CDeinterlaceFilter::DeinterlaceBits8(const FramePair& frames) {
+    DeinterlaceFrame(frames, ReadRegionFlags8);
     return S_OK;
 }
 
-HRESULT CDeinterlaceFilter::DeinterlaceBitsN(const FrameShape& shape, const BYTE* input, BYTE* output) {
-    if (PassesThrough(input)) {
-        CopyFrame(shape, input, output);
-        return S_OK;
-    }
-    DeinterlaceArea(shape, input, output, ReadRegionFlagsN(Store()));
+HRESULT CDeinterlaceFilter::DeinterlaceBitsN(const FramePair& frames) {
+    DeinterlaceFrame(frames, ReadRegionFlagsN);
     return S_OK;
 }
 
-bool CDeinterlaceFilter::PassesThrough(const BYTE* input) {
+void CDeinterlaceFilter::DeinterlaceFrame(const FramePair& frames, FlagReader readFlags) {
+    const Stores stores = StoresFor(static_cast<std::size_t>(frames.shape.Bytes()));
     if (!Setting(NMFV_DEINTERLACE_ENABLED)) {
-        return true;
+        WriteFrame(frames, kPassThrough, stores);
+    } else if (Setting(NMFV_DEINTERLACE_AUTO_DEINTERLACE)) {
+        DeinterlaceAutomatically(frames, readFlags, stores);
+    } else {
+        WriteFrame(frames, ReadPlan(frames.shape, readFlags), stores);
     }
-    return Setting(NMFV_DEINTERLACE_AUTO_DEINTERLACE) && !ShouldDeinterlace(input);
+}
+
+// What comes out is that of the plain order: ShouldDeinterlace, then WriteFrame as it answers. But the output is
+// written while the detector has the frame in the cache, as the hold makes likely.
+void CDeinterlaceFilter::DeinterlaceAutomatically(const FramePair& frames, FlagReader readFlags, Stores stores) {
+    const CombSearch search = SearchFor(frames.input);
+    const bool decided = HoldDecides(m_lAutoHoldCounter);
+    const FramePlan likely = decided ? ReadPlan(frames.shape, readFlags) : kPassThrough;
+    const bool interlaced = DetectAndWriteFrame(frames, search, likely, decided, stores);
+    if (AdvanceHold(interlaced, m_lAutoHoldFrames, m_lAutoHoldCounter) && !decided) {
+        WriteFrame(frames, ReadPlan(frames.shape, readFlags), stores);
+    }
 }
 
 bool CDeinterlaceFilter::ShouldDeinterlace(const BYTE* frame) {
+    return AdvanceHold(SearchFor(frame).Settle(), m_lAutoHoldFrames, m_lAutoHoldCounter);
+}
+
+CombSearch CDeinterlaceFilter::SearchFor(const BYTE* frame) const {
     const double sensitivity = ReadDoubleSetting(Store(), NMFV_DEINTERLACE_AUTO_SENSITIVITY);
-    const bool interlaced =
-        IsFrameInterlaced(frame, m_lWidth, m_lHeight, m_lBitCount, m_pColorTable.get(), sensitivity) == 1;
-    return AdvanceHold(interlaced, m_lAutoHoldFrames, m_lAutoHoldCounter);
+    const FrameComber comber(m_lWidth, m_lBitCount, m_pColorTable.get());
+    return {frame, Shape(), comber, InterlaceThreshold(m_lWidth, m_lHeight, sensitivity)};
 }
 
-void CDeinterlaceFilter::DeinterlaceArea(const FrameShape& shape, const BYTE* input, BYTE* output,
-                                         const RegionFlags& flags) {
-    const ProcessedArea area = SetupROI(shape, input, output, flags);
+FramePlan CDeinterlaceFilter::ReadPlan(const FrameShape& shape, FlagReader readFlags) const {
+    const RegionFlags flags = readFlags(Store());
+    FramePlan plan;
+    plan.area = flags.region ? PlaceRegion(shape, ReadRegion(Store())) : WholeFrame(shape);
+    plan.region = flags.region;
     // The indices of a colour palette are no levels: they must not be averaged.
-    const bool interpolationAllowed = shape.bits != 8 || m_bGrayPalette;
-    DeinterlaceLines(input + area.offset, output + area.offset, flags.even ? 0 : 1, interpolationAllowed, flags.merge,
-                     area.width, area.rows, shape.bits, shape.stride, flags.region);
-}
-
-// What lies outside the region passes through unchanged.
-ProcessedArea CDeinterlaceFilter::SetupROI(const FrameShape& shape, const BYTE* input, BYTE* output,
-                                           const RegionFlags& flags) {
-    if (!flags.region) {
-        return WholeFrame(shape);
-    }
-    CopyFrame(shape, input, output);
-    return PlaceRegion(shape, ReadRegion(Store()));
+    plan.interpolate = shape.bits != 8 || m_bGrayPalette;
+    plan.merge = flags.merge;
+    plan.keepOdd = !flags.even;
+    return plan;
 }
 
 HRESULT CDeinterlaceFilter::StartStreaming() {

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "engine/AutoHold.h"
+#include "engine/CombSearch.h"
 #include "engine/FrameBuffer.h"
-#include "engine/FrameRegion.h"
+#include "engine/FrameOutput.h"
 #include "engine/FrameSettings.h"
 #include "engine/GrayPalette.h"
 #include "engine/NerinCommon.h"
@@ -49,11 +50,13 @@ private:
 
     UINT32 Setting(REFGUID key) const;
     void LimitRegion(REFGUID nearKey, REFGUID farKey, UINT32 frameSize);
-    HRESULT DeinterlaceBits8(const FrameShape& shape, const BYTE* input, BYTE* output);
-    HRESULT DeinterlaceBitsN(const FrameShape& shape, const BYTE* input, BYTE* output);
-    bool PassesThrough(const BYTE* input);
-    void DeinterlaceArea(const FrameShape& shape, const BYTE* input, BYTE* output, const RegionFlags& flags);
-    ProcessedArea SetupROI(const FrameShape& shape, const BYTE* input, BYTE* output, const RegionFlags& flags);
+    using FlagReader = RegionFlags (*)(IMFAttributes* store);
+    HRESULT DeinterlaceBits8(const FramePair& frames);
+    HRESULT DeinterlaceBitsN(const FramePair& frames);
+    void DeinterlaceFrame(const FramePair& frames, FlagReader readFlags);
+    void DeinterlaceAutomatically(const FramePair& frames, FlagReader readFlags, Stores stores);
+    FramePlan ReadPlan(const FrameShape& shape, FlagReader readFlags) const;
+    CombSearch SearchFor(const BYTE* frame) const;
     bool SaveFrame(const FrameShape& shape, const BYTE* input);
     void RestoreProtected(const FrameShape& shape, BYTE* output);
 

@@ -6,21 +6,15 @@
 #include <cstddef>
 #include <cstring>
 
-namespace {
-
-enum class RowWork { Copy, Blend, Rebuild };
-
-RowWork WorkOnRow(std::int32_t y, std::int32_t rows, bool interpolate, bool merge, std::int32_t keepOdd) {
+RowWork WorkOnRow(std::int32_t y, std::int32_t rows, bool interpolate, bool merge, bool keepOdd) {
     if (!interpolate || y < 1 || y + 1 >= rows) {
         return RowWork::Copy;
     }
     if (merge) {
         return RowWork::Blend;
     }
-    return (y & 1) == keepOdd ? RowWork::Copy : RowWork::Rebuild;
+    return ((y & 1) != 0) == keepOdd ? RowWork::Copy : RowWork::Rebuild;
 }
-
-} // namespace
 
 void DeinterlaceLines(const std::uint8_t* source, std::uint8_t* destination, std::int32_t keepOdd,
                       std::int32_t interpolationAllowed, std::int32_t merge, std::int32_t width, std::int32_t rows,
@@ -31,7 +25,7 @@ void DeinterlaceLines(const std::uint8_t* source, std::uint8_t* destination, std
         return;
     }
     for (std::int32_t y = 0; y < rows; ++y, source += stride, destination += stride) {
-        switch (WorkOnRow(y, rows, interpolationAllowed != 0, merge != 0, keepOdd)) {
+        switch (WorkOnRow(y, rows, interpolationAllowed != 0, merge != 0, keepOdd == 1)) {
         case RowWork::Copy:
             std::memmove(destination, source, static_cast<std::size_t>(copyBytes));
             break;

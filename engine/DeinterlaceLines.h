@@ -3,6 +3,11 @@
 
 #include <cstdint>
 
+enum class RowWork { Copy, Blend, Rebuild };
+
+// What becomes of row `y` of an area of `rows` rows; see DeinterlaceLines.
+RowWork WorkOnRow(std::int32_t y, std::int32_t rows, bool interpolate, bool merge, bool keepOdd);
+
 // Writes `rows` rows of a deinterlaced area from `source` to `destination`, both `stride` bytes from row to row and
 // counted from the area's first row in memory.
 //

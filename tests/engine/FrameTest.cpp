@@ -1,7 +1,8 @@
 // Whole frames and regions: the engine's placing and line driver together, as the frame driver joins them, against the
 // rules written out.
-#include "engine/DeinterlaceLines.h"
+#include "engine/FramePass.h"
 #include "engine/FrameRegion.h"
+#include "engine/InterlaceDetector.h"
 #include "engine/RowBlends.h"
 #include "tests/support/GuardedBlocks.h"
 #include "tests/support/OraclePixels.h"
@@ -53,14 +54,14 @@ FrameShape ShapeOf(std::int32_t width, std::int32_t height, std::int32_t bits, b
     return {width, height, bits, StrideBytes(bits, width), topDown};
 }
 
-// What the frame driver does with a frame that is to be deinterlaced.
-void Deinterlace(const FrameCase& c, const std::uint8_t* in, std::uint8_t* out) {
-    if (c.useRegion) {
-        std::memmove(out, in, static_cast<std::size_t>(c.shape.Bytes()));
-    }
+FramePlan PlanOf(const FrameCase& c) {
     const ProcessedArea area = c.useRegion ? PlaceRegion(c.shape, c.region) : WholeFrame(c.shape);
-    DeinterlaceLines(in + area.offset, out + area.offset, c.method.even ? 0 : 1, c.method.averaging, c.method.merge,
-                     area.width, area.rows, c.shape.bits, c.shape.stride, c.useRegion);
+    return {area, c.useRegion, c.method.averaging, c.method.merge, !c.method.even};
+}
+
+// What the frame driver does with a frame that is to be deinterlaced.
+void Deinterlace(const FrameCase& c, const std::uint8_t* in, std::uint8_t* out, Stores stores = Stores::Ordinary) {
+    WriteFrame({c.shape, in, out}, PlanOf(c), stores);
 }
 
 void Expected(const FrameCase& c, const std::uint8_t* in, std::uint8_t* out) {
@@ -71,9 +72,9 @@ void Expected(const FrameCase& c, const std::uint8_t* in, std::uint8_t* out) {
 }
 
 // An input and an output frame, each between closed pages.
-class FramePair {
+class TestFrames {
 public:
-    explicit FramePair(std::size_t mostBytes)
+    explicit TestFrames(std::size_t mostBytes)
         : m_blocks(2, mostBytes)
         , m_random(TestSeed()) {}
 
@@ -92,8 +93,13 @@ public:
     testing::AssertionResult Matches(const FrameCase& c) {
         Bytes want = m_before;
         Expected(c, m_in.data(), want.data());
-        std::ranges::copy(m_before, m_out.begin());
-        Deinterlace(c, m_in.data(), m_out.data());
+        for (const Stores stores : {Stores::Streaming, Stores::Ordinary}) {
+            std::ranges::copy(m_before, m_out.begin());
+            Deinterlace(c, m_in.data(), m_out.data(), stores);
+            if (!std::ranges::equal(want, m_out)) {
+                break;
+            }
+        }
         const auto at = std::ranges::mismatch(want, m_out).in1 - want.begin();
         if (at == static_cast<std::ptrdiff_t>(want.size())) {
             return testing::AssertionSuccess();
@@ -111,7 +117,7 @@ private:
 };
 
 TEST(Frames, FormatsAndOddSizes) {
-    FramePair frames(200 * 4 * 9);
+    TestFrames frames(200 * 4 * 9);
     for (const std::int32_t bits : {8, 16, 24, 32}) {
         for (const std::int32_t width : {1, 2, 3, 5, 6, 8, 11, 16, 17, 33, 65, 131}) {
             for (const std::int32_t height : {1, 2, 3, 4, 5, 8, 9}) {
@@ -133,7 +139,7 @@ TEST(Frames, FormatsAndOddSizes) {
 TEST(Frames, EverySmallRegion) {
     constexpr std::int32_t kWidth = 6;
     constexpr std::int32_t kHeight = 5;
-    FramePair frames(4096);
+    TestFrames frames(4096);
     for (const std::int32_t bits : {8, 16, 24}) {
         for (const bool topDown : {false, true}) {
             const FrameShape shape = ShapeOf(kWidth, kHeight, bits, topDown);
@@ -156,7 +162,7 @@ TEST(Frames, EverySmallRegion) {
 }
 
 TEST(Frames, WildRegionsStayInTheFrame) {
-    FramePair frames(64 * 4 * 16);
+    TestFrames frames(64 * 4 * 16);
     RandomBytes& random = frames.Random();
     for (int turn = 0; turn < 30'000; ++turn) {
         constexpr std::int32_t kDepths[] = {8, 16, 24, 32};
@@ -221,6 +227,103 @@ TEST(Frames, RegionsByExample) {
         EXPECT_TRUE(area.offset == c.area.offset && area.width == c.area.width && area.rows == c.area.rows)
             << FrameCase{c.shape, kMethods[0], true, c.region} << ": " << area.offset << " " << area.width << " "
             << area.rows;
+    }
+}
+
+// --- detection and output in one go
+
+// Rows alike from `from` to `to`, else in turn black and white.
+void FillCombed(const FrameShape& shape, std::int32_t from, std::int32_t to, std::uint8_t* frame) {
+    for (std::int32_t y = 0; y < shape.height; ++y) {
+        const bool white = y >= from && y < to && y % 2;
+        for (std::int32_t i = 0; i < shape.stride; ++i) {
+            frame[y * shape.stride + i] = static_cast<std::uint8_t>(white ? 255 - i % 50 : i % 50);
+        }
+    }
+}
+
+struct PassCase {
+    FrameCase frame;
+    bool decided;
+    Stores stores;
+    std::ptrdiff_t outputAt; // bytes from the input's start to the output's
+    double sensitivity;
+};
+
+// What the frame driver does with a frame in automatic mode, in `bytes`; true when the frame is interlaced.
+bool RunPass(const PassCase& c, Bytes& bytes) {
+    const FramePair frames{c.frame.shape, bytes.data(), bytes.data() + c.outputAt};
+    const FrameShape& shape = c.frame.shape;
+    const CombSearch search(frames.input, shape, FrameComber(shape.width, shape.bits, nullptr),
+                            InterlaceThreshold(shape.width, shape.height, c.sensitivity));
+    const FramePlan plan = PlanOf(c.frame);
+    const bool interlaced = DetectAndWriteFrame(frames, search, c.decided ? plan : FramePlan{}, c.decided, c.stores);
+    if (interlaced && !c.decided) {
+        WriteFrame(frames, plan, c.stores);
+    }
+    return interlaced;
+}
+
+testing::AssertionResult PassIsInOrder(const PassCase& c, const Bytes& start) {
+    const FrameShape& shape = c.frame.shape;
+    Bytes want = start;
+    const bool interlaced =
+        ScanFrame(want.data(), shape.width, shape.height, shape.bits, nullptr, c.sensitivity).interlaced;
+    if (interlaced || c.decided) {
+        Expected(c.frame, want.data(), want.data() + c.outputAt);
+    } else {
+        std::memmove(want.data() + c.outputAt, want.data(), static_cast<std::size_t>(shape.Bytes()));
+    }
+    Bytes got = start;
+    if (RunPass(c, got) != interlaced) {
+        return testing::AssertionFailure() << c.frame << ": not " << interlaced;
+    }
+    const auto at = std::ranges::mismatch(want, got).in1 - want.begin();
+    if (at == static_cast<std::ptrdiff_t>(want.size())) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure() << c.frame << (c.decided ? " decided" : "") << " output at " << c.outputAt
+                                       << " sensitivity " << c.sensitivity << ": byte " << at - c.outputAt
+                                       << " differs";
+}
+
+// Combing that decides in the first rows, in the last ones and nearly; frames apart, at odd addresses, overlapping and
+// the same.
+TEST(Frames, DetectionAndOutputTogetherEqualOneAfterTheOther) {
+    for (const FrameShape& shape : {ShapeOf(80, 60, 24, false), ShapeOf(1040, 90, 16, false), ShapeOf(67, 70, 24, true),
+                                    ShapeOf(52, 8, 32, false), ShapeOf(9, 3, 16, false)}) {
+        const std::ptrdiff_t bytes = shape.Bytes();
+        Bytes start(static_cast<std::size_t>(2 * bytes + 64), 0xEE);
+        for (const auto& [from, to] : {std::pair{0, 0}, {0, shape.height}, {shape.height - 7, shape.height}, {0, 6}}) {
+            FillCombed(shape, from, to, start.data());
+            const std::uint32_t count =
+                ScanFrame(start.data(), shape.width, shape.height, shape.bits, nullptr, 1).count;
+            const double area = std::max((shape.height - 3) * shape.width / 16, 1);
+            for (const double sensitivity : {1.0, 8.0, (count + 0.5) / area, (count - 0.5) / area}) {
+                for (const std::ptrdiff_t outputAt : {bytes, bytes + 1, bytes + 48, bytes - 1, std::ptrdiff_t{0}}) {
+                    for (int turn = 0; turn < 24; ++turn) {
+                        const bool useRegion = turn % 6 > 2;
+                        const FrameCase frame{shape, kMethods[turn % 3], useRegion, {5, 2, 40, shape.height - 3}};
+                        const auto stores = turn % 4 / 2 ? Stores::Streaming : Stores::Ordinary;
+                        ASSERT_TRUE(PassIsInOrder({frame, turn >= 12, stores, outputAt, sensitivity}, start));
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(Stores, PastTheCacheWhenFramesInFlightOutgrowIt) {
+    constexpr struct {
+        std::size_t frame, cache;
+        Stores stores;
+    } kCases[] = {
+        {720 * 480 * 2, 32u << 20, Stores::Ordinary},    {1920 * 1080 * 2, 32u << 20, Stores::Streaming},
+        {2u << 20, 32u << 20, Stores::Ordinary},         {(2u << 20) + 1, 32u << 20, Stores::Streaming},
+        {1920 * 1080 * 2, 256u << 20, Stores::Ordinary}, {3840 * 2160 * 3, 0, Stores::Ordinary}, // not known
+    };
+    for (const auto& c : kCases) {
+        EXPECT_EQ(c.stores, StoresFor(c.frame, c.cache)) << c.frame << " of " << c.cache;
     }
 }
 

@@ -1,0 +1,67 @@
+// The output frame: what each of its rows holds, and how its bytes get there.
+#pragma once
+
+#include "engine/FrameRegion.h"
+#include "engine/RowKernels.h"
+#include "engine/Stores.h"
+
+// What an output frame is made of.
+struct FramePlan {
+    ProcessedArea area;       // deinterlaced; no rows: the frame passes through unchanged
+    bool region = false;      // what lies outside the area passes through unchanged; else the area is the whole frame
+    bool interpolate = false; // rows may be combined
+    bool merge = false;
+    bool keepOdd = false;
+};
+
+// The two frames of one call, `shape` both: each shape.Bytes() long.
+struct FramePair {
+    FrameShape shape; // processable
+    const std::uint8_t* input;
+    std::uint8_t* output;
+
+    // True when a byte written may be one that is still to be read.
+    bool Overlap() const;
+};
+
+// Writes the output frame in the plain order: the whole frame is copied as far as the plan wants it, then the area's
+// rows are written one after the other by DeinterlaceLines. The frames may overlap, or be one.
+void WriteFrameInOrder(const FramePair& frames, const FramePlan& plan);
+
+// Writes the output frame from its first row to its last, and each byte once: the same bytes as WriteFrameInOrder, for
+// frames that don't overlap. Between two calls anything else may be done with the input's rows while they are in the
+// cache.
+class FrameOutput {
+public:
+    FrameOutput(const FramePair& frames, const FramePlan& plan, Stores stores);
+
+    // Writes the rows before `end` that are not written yet, perhaps one more.
+    void WriteTo(std::int32_t end);
+
+    // Writes what is left. The frame may be handed on only after this.
+    void Finish();
+
+    // Rows written so far.
+    std::int32_t Rows() const { return m_row; }
+
+private:
+    std::int32_t AreaEnd() const { return m_firstRow + m_plan.area.rows; }
+    std::ptrdiff_t AreaByte(std::int32_t row) const;
+    const std::uint8_t* SoonRead(std::int32_t row) const;
+    void PassRows(std::int32_t end);
+    void WriteAreaRow();
+    void CopyRow();
+    void BlendRow();
+    void RebuildRow();
+    void PassMargins(std::int32_t row);
+
+    FramePair m_frames;
+    FramePlan m_plan;
+    const RowWriters& m_writers;     // of whole rows
+    const RowWriters& m_areaWriters; // of the area's rows
+    std::int32_t m_firstRow;         // of the area, in memory
+    std::int32_t m_areaLeft;         // bytes
+    std::int32_t m_copyBytes;        // of a copied row of the area
+    std::int32_t m_combineBytes;     // of a combined one
+    std::int32_t m_row = 0;
+};

@@ -1,0 +1,51 @@
+#include "engine/FramePass.h"
+
+#include <algorithm>
+
+namespace {
+
+// Bytes of the input that are written and looked at before the next ones are read: they stay in the second-level cache.
+constexpr std::int32_t kBandBytes = 32 * 1024;
+
+// Copied rows leave the padding in the output as it was; rows that pass through don't. So one can't be put in the
+// other's place afterwards.
+bool HasPadding(const FrameShape& shape) {
+    return RowBytes(shape.width, shape.bits) < shape.stride;
+}
+
+bool DetectThenWrite(const FramePair& frames, CombSearch& search, const FramePlan& likely, bool decided,
+                     Stores stores) {
+    const bool interlaced = search.Settle();
+    if (decided || !interlaced) {
+        WriteFrame(frames, likely, stores);
+    }
+    return interlaced;
+}
+
+} // namespace
+
+void WriteFrame(const FramePair& frames, const FramePlan& plan, Stores stores) {
+    if (frames.Overlap()) {
+        return WriteFrameInOrder(frames, plan);
+    }
+    FrameOutput(frames, plan, stores).Finish();
+}
+
+bool DetectAndWriteFrame(const FramePair& frames, CombSearch search, const FramePlan& likely, bool decided,
+                         Stores stores) {
+    if (frames.Overlap() || (!decided && HasPadding(frames.shape))) {
+        return DetectThenWrite(frames, search, likely, decided, stores);
+    }
+    FrameOutput output(frames, likely, stores);
+    const std::int32_t bandRows = std::max(kBandBytes / frames.shape.stride, 3);
+    while (!search.IsSettled()) {
+        output.WriteTo(search.NextRow() + bandRows);
+        while (!search.IsSettled() && search.NextRow() < output.Rows()) {
+            search.Step();
+        }
+    }
+    if (decided || !search.IsInterlaced()) {
+        output.Finish();
+    }
+    return search.IsInterlaced();
+}

@@ -1,0 +1,20 @@
+#include "engine/Stores.h"
+
+#include "engine/CpuFeatures.h"
+
+namespace {
+
+// Six frames each side of the transform, and room for what else the programs use. Measured: docs/performance.md.
+constexpr std::size_t kFramesInFlight = 16;
+
+} // namespace
+
+Stores StoresFor(std::size_t frameBytes, std::size_t cacheBytes) {
+    const bool fits = cacheBytes == 0 || frameBytes <= cacheBytes / kFramesInFlight;
+    return fits ? Stores::Ordinary : Stores::Streaming;
+}
+
+Stores StoresFor(std::size_t frameBytes) {
+    static const std::size_t cacheBytes = LargestCacheBytes();
+    return StoresFor(frameBytes, cacheBytes);
+}

@@ -7,12 +7,14 @@
 // compiled for a newer processor can be taken for another file's.
 #pragma once
 
+#include "com/Compiler.h"
 #include "engine/RowKernels.h"
 
-// One block that has large steps `here` in pair p: how many of them stand in trios.
+// One block that has large steps `here` in pair p: how many of them stand in trios. Apart from the loop over blocks,
+// whose registers it would otherwise take: that loop would then go through the stack in each turn.
 template <class Steps, class Word>
-std::uint32_t CombTriosOfBlock(const Steps& steps, const std::uint8_t* row, std::ptrdiff_t stride, int pairsAfter,
-                               Word here) {
+NMFV_NOINLINE std::uint32_t CombTriosOfBlock(const Steps& steps, const std::uint8_t* row, std::ptrdiff_t stride,
+                                             int pairsAfter, Word here) {
     const Word before = steps.Mask(row - stride, row) & here;
     std::uint32_t count = 0;
     if (before) {

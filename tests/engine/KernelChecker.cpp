@@ -10,7 +10,8 @@
 
 namespace {
 
-constexpr std::size_t kMost = 130; // bytes or samples: some whole vectors and every tail
+constexpr std::size_t kMostBytes = 200; // some whole cache lines and every tail
+constexpr std::size_t kMostSamples = 130;
 constexpr std::uint8_t kCanary = 0xC5;
 constexpr std::uint8_t kLeast8 = 0;
 constexpr std::uint8_t kMost8 = 255;
@@ -118,7 +119,7 @@ std::string CheckMix(const Mix& mix, const Way& way, const RowKernels& variant, 
                      std::uint32_t seed) {
     const GuardedBlocks blocks(kBlocks, 1);
     RandomBytes random(seed);
-    for (std::size_t bytes = 0; bytes <= kMost; ++bytes) {
+    for (std::size_t bytes = 0; bytes <= kMostBytes; ++bytes) {
         for (const Placement& placement : kPlacements) {
             for (const bool extremes : {false, true}) {
                 const std::uint8_t* rows[kSource];
@@ -202,7 +203,7 @@ std::string CheckComb(const Comb& comb, const RowKernels& variant, const RowKern
     const int rows = 4 + pairsAfter;
     const GuardedBlocks blocks(rows, 1);
     RandomBytes random(seed + static_cast<std::uint32_t>(pairsAfter));
-    for (std::size_t samples = 0; samples <= kMost; ++samples) {
+    for (std::size_t samples = 0; samples <= kMostSamples; ++samples) {
         for (const Steps& steps : kSteps) {
             const Picture picture = MakePicture(random, rows, samples, comb.sampleBytes, steps);
             for (const Placement& placement : kPlacements) {

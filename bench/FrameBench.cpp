@@ -1,0 +1,93 @@
+// Whole frames through the engine alone: every work, either way of storing, and what the rule chooses. By turns with
+// memcpy.
+#include "bench/Table.h"
+#include "bench/Works.h"
+#include "engine/FramePass.h"
+#include "engine/InterlaceDetector.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr const char* kWhere = "engine, native";
+constexpr int kRounds = 15;
+
+constexpr FrameFormat kSizes[] = {
+    {"YUY2", 720, 480, 16},   {"RGB24", 720, 480, 24},   {"YUY2", 1280, 720, 16},  {"RGB24", 1280, 720, 24},
+    {"YUY2", 1920, 1080, 16}, {"RGB24", 1920, 1080, 24}, {"YUY2", 3840, 2160, 16}, {"RGB24", 3840, 2160, 24},
+};
+
+FrameShape ShapeOf(const FrameFormat& format) {
+    return {format.width, format.height, format.bits, format.Stride(), false};
+}
+
+// The frame driver's steps, with the stores chosen here.
+void DoWork(const FrameWork& work, const FramePair& frames, Stores stores) {
+    const FramePlan plan{WholeFrame(frames.shape), false, true, work.merge, true};
+    if (!work.automatic) {
+        return WriteFrame(frames, work.enabled ? plan : FramePlan{}, stores);
+    }
+    const FrameShape& shape = frames.shape;
+    const CombSearch search(frames.input, shape, FrameComber(shape.width, shape.bits, nullptr),
+                            InterlaceThreshold(shape.width, shape.height, 1.0));
+    if (DetectAndWriteFrame(frames, search, work.holdRuns ? plan : FramePlan{}, work.holdRuns, stores) &&
+        !work.holdRuns) {
+        WriteFrame(frames, plan, stores);
+    }
+}
+
+Contestant Copying(const FrameSet& frames) {
+    return {"memcpy", frames.Turn([&](std::size_t i) {
+                std::memcpy(frames.Output(i), frames.Input(i), frames.Format().Bytes());
+            })};
+}
+
+Contestant Working(const FrameSet& frames, const FrameWork& work, Stores stores, const char* how) {
+    const FrameShape shape = ShapeOf(frames.Format());
+    return {work.name + std::string(how), frames.Turn([&frames, work, stores, shape](std::size_t i) {
+                DoWork(work, {shape, frames.Input(i), frames.Output(i)}, stores);
+            })};
+}
+
+void Measure(const FrameFormat& format, Flow flow, Content content) {
+    const FrameSet frames(format, content, flow);
+    const Stores chosen = StoresFor(format.Bytes());
+    const bool streaming = chosen == Stores::Streaming;
+    std::vector<Contestant> contestants{Copying(frames)};
+    std::vector<double> wanted{0};
+    for (const FrameWork& work : FrameWorks()) {
+        if (work.content != content) {
+            continue;
+        }
+        contestants.push_back(Working(frames, work, Stores::Ordinary, streaming ? ", ordinary stores" : ""));
+        contestants.push_back(Working(frames, work, Stores::Streaming, streaming ? "" : ", streaming stores"));
+        wanted.push_back(streaming ? 0 : WantedRatio(work, format, flow, streaming));
+        wanted.push_back(streaming ? WantedRatio(work, format, flow, streaming) : 0);
+    }
+    const std::vector<Result> results = TakeTurns(contestants, kRounds);
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        PrintResult(kWhere, frames, flow, results[i], wanted[i]);
+    }
+}
+
+bool IsWanted(const std::string& text, const char* part) {
+    return !part || text.find(part) != std::string::npos;
+}
+
+} // namespace
+
+// bench_frames [FRAME [FLOW]]: only the frames and flows whose name in the table has that text in it.
+int main(int argc, char** argv) {
+    for (const FrameFormat& format : kSizes) {
+        for (const Flow flow : {Flow::Cold, Flow::Warm, Flow::Read, Flow::Chain}) {
+            if (!IsWanted(format.Text(), argc > 1 ? argv[1] : nullptr) ||
+                !IsWanted(FlowName(flow), argc > 2 ? argv[2] : nullptr)) {
+                continue;
+            }
+            for (const Content content : {Content::Clean, Content::Busy, Content::Combed}) {
+                Measure(format, flow, content);
+            }
+        }
+    }
+    return 0;
+}

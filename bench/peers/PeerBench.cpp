@@ -1,0 +1,98 @@
+// What others offer for the same job, each by turns with memcpy and with this engine, in one process on one thread.
+#include "bench/Table.h"
+#include "bench/peers/AvFilters.h"
+#include "bench/peers/GstElement.h"
+#include "engine/FramePass.h"
+#include "engine/InterlaceDetector.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+constexpr const char* kWhere = "peers, native";
+constexpr int kRounds = 7;
+
+constexpr FrameFormat kSizes[] = {{"4:2:2", 720, 480, 16}, {"4:2:2", 1920, 1080, 16}, {"4:2:2", 3840, 2160, 16}};
+
+constexpr struct {
+    const char* name;
+    const char* description;
+} kAvFilters[] = {
+    {"libavfilter yadif", "yadif=mode=send_frame:deint=all"},
+    {"libavfilter bwdif", "bwdif=mode=send_frame:deint=all"},
+    {"libavfilter w3fdif", "w3fdif=mode=frame:deint=all"},
+    {"libavfilter idet (detects only)", "idet"},
+    {"libavfilter pp=lb", "pp=lb"},
+    {"libavfilter pp=li", "pp=li"},
+    {"libavfilter idet,yadif", "idet,yadif=mode=send_frame:deint=interlaced"},
+};
+
+constexpr struct {
+    const char* name;
+    const char* description;
+} kGstElements[] = {
+    {"GStreamer deinterlace linear", "deinterlace mode=interlaced fields=top method=linear"},
+    {"GStreamer deinterlace vfir", "deinterlace mode=interlaced fields=top method=vfir"},
+    {"GStreamer deinterlace greedyl", "deinterlace mode=interlaced fields=top method=greedyl"},
+    {"GStreamer deinterlace yadif", "deinterlace mode=interlaced fields=top method=yadif"},
+};
+
+Contestant Engine(const FrameSet& frames, const char* name, bool merge, bool automatic) {
+    const FrameFormat& format = frames.Format();
+    const FrameShape shape{format.width, format.height, format.bits, format.Stride(), false};
+    const Stores stores = StoresFor(format.Bytes());
+    return {name, frames.Turn([=, &frames](std::size_t i) {
+                const FramePair pair{shape, frames.Input(i), frames.Output(i)};
+                if (!automatic) {
+                    return WriteFrame(pair, {WholeFrame(shape), false, true, merge, true}, stores);
+                }
+                const CombSearch search(pair.input, shape, FrameComber(shape.width, shape.bits, nullptr),
+                                        InterlaceThreshold(shape.width, shape.height, 1.0));
+                DetectAndWriteFrame(pair, search, {}, false, stores);
+            })};
+}
+
+template <class Peer>
+void AddPeer(const char* name, const char* description, const FrameSet& frames, std::vector<Contestant>& contestants) {
+    const std::shared_ptr<Peer> peer = Peer::Make(description, frames.Format());
+    if (!peer) {
+        std::fprintf(stderr, "bench_peers: %s is not on this machine\n", name);
+        return;
+    }
+    contestants.push_back({name, frames.Turn([peer, &frames](std::size_t i) { peer->Run(frames, i); })});
+}
+
+void Measure(const FrameFormat& format) {
+    const FrameSet frames(format, Content::Clean, Flow::Cold);
+    std::vector<Contestant> contestants{
+        {"memcpy", frames.Turn([&](std::size_t i) { std::memcpy(frames.Output(i), frames.Input(i), format.Bytes()); })},
+        Engine(frames, "this engine: rebuild", false, false),
+        Engine(frames, "this engine: merge", true, false),
+        Engine(frames, "this engine: auto, clean", false, true),
+    };
+    for (const auto& filter : kAvFilters) {
+        AddPeer<AvFilter>(filter.name, filter.description, frames, contestants);
+    }
+    for (const auto& element : kGstElements) {
+        AddPeer<GstDeinterlacer>(element.name, element.description, frames, contestants);
+    }
+    for (const Result& result : TakeTurns(contestants, kRounds)) {
+        PrintResult(kWhere, frames, Flow::Cold, result, 0);
+    }
+}
+
+} // namespace
+
+// bench_peers --versions: only says which libraries run.
+int main(int argc, char** argv) {
+    if (argc > 1 && std::strcmp(argv[1], "--versions") == 0) {
+        std::printf("libavfilter %s, GStreamer ", AvFilterVersion().c_str());
+        std::printf("%s\n", GstVersion().c_str());
+        return 0;
+    }
+    for (const FrameFormat& format : kSizes) {
+        Measure(format);
+    }
+    return 0;
+}

@@ -275,21 +275,44 @@ TEST_F(Filter, ProtectedAreaNeedsItsBuffer) {
     expectPlain();
 }
 
-// One reading of each setting per frame; the second look at the protected area's switch is the contract's.
+// One reading of each setting per frame, and none that the frame doesn't need; the second look at the protected area's
+// switch is the contract's. In order: the frame that begins the hold, one within it and the last of it.
 TEST_F(Filter, ReadsEachSettingOnce) {
+    constexpr struct {
+        const char* name;
+        bool enabled, automatic, region, protectedArea, combed;
+        int numbers, doubles;
+    } kFrames[] = {
+        {"off", false, true, true, false, true, 2, 0},
+        {"always", true, false, false, false, true, 6, 0},
+        {"always, in a region", true, false, true, false, true, 10, 0},
+        {"automatic, clean", true, true, true, false, false, 3, 1},
+        {"automatic, combed", true, true, true, false, true, 10, 1},
+        {"automatic, the hold runs, 4", true, true, true, false, false, 10, 1},
+        {"automatic, the hold runs, 3", true, true, true, false, false, 10, 1},
+        {"automatic, the hold runs, 2", true, true, true, false, false, 10, 1},
+        {"automatic, the hold runs, 1", true, true, true, false, false, 10, 1},
+        {"automatic, the hold ends", true, true, true, false, false, 3, 1},
+        {"protected area", true, false, false, true, true, 11, 0}, // its switch and its left edge twice
+    };
     SetFormat(16, 8, 24);
-    Set(NMFV_DEINTERLACE_AUTO_DEINTERLACE, 1);
-    Set(NMFV_DEINTERLACE_ENABLE_ROI, 1);
-    Stripes(1);
+    m_filter.m_rtAvgTimePerFrame = 10'000'000; // a hold of five frames
     ASSERT_HR(S_OK, m_filter.StartStreaming());
     CComRef<IMFAttributes> real(m_filter.Store());
-    HookedStore store(real.Get());
-    m_filter.m_pStore.Share(&store);
-    EXPECT_HR(S_OK, Transform());
-    EXPECT_EQ(10, store.hook.calls["GetUINT32"]); // three switches, three flags, four edges
-    EXPECT_EQ(1, store.hook.calls["GetDouble"]);
-    EXPECT_EQ(0, store.hook.calls["SetUINT32"]);
-    m_filter.m_pStore.Share(real.Get());
+    for (const auto& frame : kFrames) {
+        Set(NMFV_DEINTERLACE_ENABLED, frame.enabled);
+        Set(NMFV_DEINTERLACE_AUTO_DEINTERLACE, frame.automatic);
+        Set(NMFV_DEINTERLACE_ENABLE_ROI, frame.region);
+        Set(NMFV_DEINTERLACE_ENABLE_PROTECTED_AREA, frame.protectedArea);
+        Stripes(frame.combed ? 1 : 2);
+        HookedStore store(real.Get());
+        m_filter.m_pStore.Share(&store);
+        EXPECT_HR(S_OK, Transform());
+        m_filter.m_pStore.Share(real.Get());
+        EXPECT_EQ(frame.numbers, store.hook.calls["GetUINT32"]) << frame.name;
+        EXPECT_EQ(frame.doubles, store.hook.calls["GetDouble"]) << frame.name;
+        EXPECT_EQ(0, store.hook.calls["SetUINT32"]) << frame.name;
+    }
 }
 
 // Any numbers in the store, frames between closed pages.

@@ -9,6 +9,13 @@ nmfv_build_packages=(
     googletest faketime librsvg2-bin icoutils bubblewrap
 )
 
+# For the benchmarks alone: Google Benchmark, and the peers they measure.
+# shellcheck disable=SC2034  # used by verb-bench.sh
+nmfv_bench_packages=(
+    libbenchmark-dev pkg-config
+    libavfilter-dev libgstreamer1.0-dev gstreamer1.0-plugins-good
+)
+
 check_machine() {
     [[ ${NMFV_SKIP_PACKAGES:-} == 1 ]] && return
     [[ $(uname -s) == Linux && $(uname -m) == x86_64 ]] ||

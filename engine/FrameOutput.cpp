@@ -39,7 +39,8 @@ FrameOutput::FrameOutput(const FramePair& frames, const FramePlan& plan, Stores 
     : m_frames(frames)
     , m_plan(plan)
     , m_writers(WritersFor(stores))
-    , m_areaWriters(WritersFor(AreaStores(frames.shape, plan, stores)))
+    , m_areaStores(AreaStores(frames.shape, plan, stores))
+    , m_areaWriters(WritersFor(m_areaStores))
     , m_firstRow(plan.area.offset / frames.shape.stride)
     , m_areaLeft(plan.area.offset % frames.shape.stride)
     , m_copyBytes(RowBytes(plan.area.width, frames.shape.bits))
@@ -56,7 +57,7 @@ void FrameOutput::WriteTo(std::int32_t end) {
         if (m_row < m_firstRow) {
             PassRows(std::min(end, m_firstRow));
         } else if (m_row < AreaEnd()) {
-            WriteAreaRow();
+            WriteAreaRows(end);
         } else {
             PassRows(end);
         }
@@ -76,13 +77,13 @@ void FrameOutput::PassRows(std::int32_t end) {
     m_row = end;
 }
 
-// The row that comes next; of a rebuilt row, the kept one after it too.
-void FrameOutput::WriteAreaRow() {
+// One row or some; of a rebuilt row, the kept one after it too.
+void FrameOutput::WriteAreaRows(std::int32_t end) {
     switch (WorkOnRow(m_row - m_firstRow, m_plan.area.rows, m_plan.interpolate, m_plan.merge, m_plan.keepOdd)) {
     case RowWork::Copy:
         return CopyRow();
     case RowWork::Blend:
-        return BlendRow();
+        return BlendRows(std::min(end, AreaEnd() - 1)); // the last row of all is copied
     case RowWork::Rebuild:
         return RebuildRow();
     }
@@ -96,13 +97,31 @@ void FrameOutput::CopyRow() {
     m_areaWriters.copy(m_frames.output + at, m_frames.input + at, static_cast<std::size_t>(m_copyBytes));
 }
 
-void FrameOutput::BlendRow() {
+// Three rows are read for each that is written, so those three have to fit in the first-level cache. Where they are too
+// long for it, some rows are written strip by strip; not through the cache, which foresees whole rows better.
+void FrameOutput::BlendRows(std::int32_t end) {
+    constexpr std::int32_t kLongRow = 8192;
+    constexpr std::int32_t kStrip = 4096; // whole cache lines
+    constexpr std::int32_t kRowsPerStrip = 8;
+    end = std::min(end, m_row + kRowsPerStrip);
+    const bool inStrips = m_combineBytes > kLongRow && m_areaStores == Stores::Streaming;
+    const std::int32_t strip = inStrips ? kStrip : m_combineBytes;
+    for (std::int32_t left = 0; left < m_combineBytes; left += strip) {
+        for (std::int32_t row = m_row; row < end; ++row) {
+            BlendStrip(row, left, std::min(strip, m_combineBytes - left));
+        }
+    }
+    for (; m_row < end; ++m_row) {
+        PassMargins(m_row);
+    }
+}
+
+void FrameOutput::BlendStrip(std::int32_t row, std::int32_t left, std::int32_t bytes) {
     const std::ptrdiff_t stride = m_frames.shape.stride;
-    const std::ptrdiff_t at = AreaByte(m_row);
+    const std::ptrdiff_t at = AreaByte(row) + left;
     const std::uint8_t* in = m_frames.input + at;
-    m_areaWriters.blend121(m_frames.output + at, in - stride, in, in + stride, static_cast<std::size_t>(m_combineBytes),
-                           SoonRead(m_row + 1));
-    PassMargins(m_row++);
+    m_areaWriters.blend121(m_frames.output + at, in - stride, in, in + stride, static_cast<std::size_t>(bytes),
+                           SoonRead(row + 1) + left);
 }
 
 // A rebuilt row is never the area's last, and the one after it is always copied.

@@ -49,19 +49,21 @@ private:
     std::ptrdiff_t AreaByte(std::int32_t row) const;
     const std::uint8_t* SoonRead(std::int32_t row) const;
     void PassRows(std::int32_t end);
-    void WriteAreaRow();
+    void WriteAreaRows(std::int32_t end);
     void CopyRow();
-    void BlendRow();
+    void BlendRows(std::int32_t end);
+    void BlendStrip(std::int32_t row, std::int32_t left, std::int32_t bytes);
     void RebuildRow();
     void PassMargins(std::int32_t row);
 
     FramePair m_frames;
     FramePlan m_plan;
-    const RowWriters& m_writers;     // of whole rows
-    const RowWriters& m_areaWriters; // of the area's rows
-    std::int32_t m_firstRow;         // of the area, in memory
-    std::int32_t m_areaLeft;         // bytes
-    std::int32_t m_copyBytes;        // of a copied row of the area
-    std::int32_t m_combineBytes;     // of a combined one
+    const RowWriters& m_writers; // of whole rows
+    Stores m_areaStores;         // of the area's rows
+    const RowWriters& m_areaWriters;
+    std::int32_t m_firstRow;     // of the area, in memory
+    std::int32_t m_areaLeft;     // bytes
+    std::int32_t m_copyBytes;    // of a copied row of the area
+    std::int32_t m_combineBytes; // of a combined one
     std::int32_t m_row = 0;
 };

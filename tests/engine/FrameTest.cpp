@@ -135,6 +135,19 @@ TEST(Frames, FormatsAndOddSizes) {
     }
 }
 
+// Rows so long that they are blended strip by strip.
+TEST(Frames, LongRows) {
+    TestFrames frames(9001 * 4 * 23);
+    for (const std::int32_t width : {2049, 3000, 9001}) {
+        const FrameShape shape = ShapeOf(width, 23, 32, false);
+        frames.Fill(shape, width % 2 != 0);
+        for (const Method& method : kMethods) {
+            ASSERT_TRUE(frames.Matches({shape, method, false, {}}));
+            ASSERT_TRUE(frames.Matches({shape, method, true, {3, 2, width - 5, 21}}));
+        }
+    }
+}
+
 // All edges from two before a small frame to two behind it: inside, cut, empty, inverted and outside.
 TEST(Frames, EverySmallRegion) {
     constexpr std::int32_t kWidth = 6;

@@ -123,7 +123,10 @@ TEST_P(Pictures, EveryFrameIsWhatTheRulesSay) {
         random.Fill(input.Bytes());
         if (frame % 7 != 2) {
             for (INT32 row = 1; row < c.height; ++row) {
-                std::copy_n(input.Bytes().begin(), stride, input.Bytes().begin() + row * stride);
+                // Steps too small to comb, but large enough to show whether the frame was deinterlaced.
+                std::transform(input.Bytes().begin(), input.Bytes().begin() + stride,
+                               input.Bytes().begin() + row * stride,
+                               [row](BYTE b) { return static_cast<BYTE>(b + row % 4 * 2); });
             }
         }
         random.Fill(output.Bytes());

@@ -1,41 +1,24 @@
 // The about page: its labels and its link.
-#include "tests/support/ComChecks.h"
-#include "tests/ui/SheetWindow.h"
-#include "tests/ui/ShellLog.h"
+#include "tests/ui/PageHost.h"
 #include "ui/AboutProperties.h"
-#include "ui/PageObject.h"
 #include "ui/ResourceIds.h"
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
-class AboutPage : public testing::Test {
+class AboutPage : public PageHost<CAboutProperties> {
 protected:
     void SetUp() override {
-        ASSERT_HR(S_OK, CreatePage<CAboutProperties>(nullptr, IID_IPropertyPage, m_page.PutVoid()));
-        IUnknown* object = m_page.Get();
-        constexpr RECT kRect = {0, 0, 400, 300};
-        ASSERT_HR(S_OK, m_page->SetObjects(1, &object));
-        ASSERT_HR(S_OK, m_page->Activate(m_sheet.Get(), &kRect, FALSE));
+        PageHost::SetUp();
+        Open();
         m_link = Control(IDC_ABOUT_LINK);
     }
 
-    HWND Control(int id) { return GetDlgItem(m_sheet.Page(), id); }
-    std::string Text(int id) {
-        char text[128] = "";
-        GetWindowTextA(Control(id), text, sizeof(text));
-        return text;
-    }
     // As the system sends it for a window under the cursor, which hands it to its parent.
     void Mouse(HWND window, UINT message) {
         SendMessageA(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window), MAKELPARAM(HTCLIENT, message));
     }
     HCURSOR LinkClassCursor() { return reinterpret_cast<HCURSOR>(GetClassLongPtrA(m_link, GCLP_HCURSOR)); }
 
-    ShellLog m_log;
-    SheetWindow m_sheet;
-    CComRef<IPropertyPage> m_page;
     HWND m_link = nullptr;
 };
 
@@ -44,17 +27,17 @@ TEST_F(AboutPage, FillsItsLabels) {
     const std::string notice = Text(IDC_ABOUT_NOTICE);
     EXPECT_NE(std::string::npos, notice.find("2023")) << notice;
     EXPECT_EQ(std::string::npos, notice.find('%')) << notice;
-    EXPECT_NE(0, SendMessageA(Control(IDC_ABOUT_ICON), STM_GETICON, 0, 0));
+    EXPECT_NE(0, Send(IDC_ABOUT_ICON, STM_GETICON));
 
     const HDC dc = GetDC(m_link);
-    EXPECT_EQ(reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE)),
-              SendMessageA(m_sheet.Page(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
-                           reinterpret_cast<LPARAM>(m_link)));
+    EXPECT_EQ(
+        reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_BTNFACE)),
+        SendMessageA(Dialog(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(m_link)));
     EXPECT_EQ(0x00E60000u, GetTextColor(dc));
     EXPECT_EQ(TRANSPARENT, GetBkMode(dc));
     ReleaseDC(m_link, dc);
 
-    SendMessageA(m_sheet.Page(), WM_HELP, 0, 0); // answered once, though the sheet is hooked as well
+    SendMessageA(Dialog(), WM_HELP, 0, 0); // answered once, though the sheet is hooked as well
     EXPECT_EQ(1u, m_log.opened.size());
     EXPECT_HR(S_OK, m_page->Help(nullptr));
     EXPECT_EQ(2u, m_log.opened.size());
@@ -73,7 +56,7 @@ TEST_F(AboutPage, OpensTheLinkWhenClickedOnIt) {
         for (const char* event = row.events; *event; ++event) {
             const char kind = static_cast<char>(*event | 0x20);
             const UINT message = kind == 'd' ? WM_LBUTTONDOWN : kind == 'u' ? WM_LBUTTONUP : WM_MOUSEMOVE;
-            Mouse(kind == *event ? m_link : m_sheet.Page(), message);
+            Mouse(kind == *event ? m_link : Dialog(), message);
         }
         EXPECT_EQ(Texts(row.opened, "https://www.example.com/"), m_log.opened);
     }
@@ -89,7 +72,7 @@ TEST_F(AboutPage, HandOverTheLinkOnly) {
         Mouse(m_link, WM_MOUSEMOVE);
         EXPECT_EQ(hand, GetCursor());
         EXPECT_EQ(nullptr, LinkClassCursor());
-        Mouse(m_sheet.Page(), WM_MOUSEMOVE);
+        Mouse(Dialog(), WM_MOUSEMOVE);
         EXPECT_NE(hand, GetCursor());
         EXPECT_EQ(before, LinkClassCursor());
     }

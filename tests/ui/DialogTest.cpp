@@ -1,14 +1,12 @@
 // The dialogs and hover texts in the module's resources: what is on them, and that everything fits at every size.
+#include "tests/ui/SheetWindow.h"
 #include "ui/HoverText.h"
 #include "ui/ResourceIds.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string>
-#include <vector>
 
-#include <windows.h>
 #include <commctrl.h>
 
 namespace {
@@ -37,12 +35,6 @@ std::string ClassOf(HWND window) {
     char name[64] = "";
     GetClassNameA(window, name, sizeof(name));
     return name;
-}
-
-std::string TextOf(HWND window) {
-    char text[512] = "";
-    GetWindowTextA(window, text, sizeof(text));
-    return text;
 }
 
 bool HasId(HWND control) {

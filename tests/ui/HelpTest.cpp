@@ -1,17 +1,13 @@
 // Where help comes from, and F1 on a sheet.
 #include "tests/support/ComChecks.h"
+#include "tests/support/Files.h"
 #include "tests/support/PrivateRegistry.h"
 #include "tests/ui/SheetWindow.h"
 #include "tests/ui/ShellLog.h"
 #include "ui/Help.h"
 #include "ui/HelpHook.h"
 
-#include <filesystem>
-#include <fstream>
-
 namespace {
-
-using Texts = std::vector<std::string>;
 
 constexpr char kName[] = "Nerin MF Video Deinterlace Transform";
 constexpr char kAddress[] = "https://help.example.com/v23/multimedia/transforms/NerinMFVideoDeinterlaceTransform.html";
@@ -22,10 +18,8 @@ protected:
         ASSERT_TRUE(m_machine.Active());
         ASSERT_TRUE(m_classes.Active());
         m_log.executeResult = 32; // refused, the largest of the shell's errors
-        std::filesystem::create_directory(m_folder);
         std::ofstream(m_folder + "\\NxTransforms.chm") << "help";
     }
-    void TearDown() override { std::filesystem::remove_all(m_folder); }
 
     void SetHelpPath(const std::string& list, DWORD type = REG_SZ) {
         RegSetKeyValueA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Nerin Systems\\DShow\\Help", "Path", type, list.data(),
@@ -35,7 +29,8 @@ protected:
     PrivateRegistry m_machine{HKEY_LOCAL_MACHINE};
     PrivateRegistry m_classes{HKEY_CLASSES_ROOT};
     ShellLog m_log;
-    std::string m_folder = (std::filesystem::temp_directory_path() / "NMFV help files").string();
+    TempFolder m_files;
+    std::string m_folder = m_files.Path().string();
 };
 
 TEST_F(HelpTopics, SiteComesFirst) {
@@ -96,9 +91,7 @@ TEST_F(HelpTopics, ShowsTheTopicOfTheFirstFile) {
 }
 
 TEST_F(HelpTopics, FindsTheFileBesideTheModule) {
-    wchar_t module[MAX_PATH];
-    GetModuleFileNameW(nullptr, module, MAX_PATH);
-    const auto beside = std::filesystem::path(module).replace_filename("NxTransforms.chm");
+    const auto beside = ProgramFolder() / "NxTransforms.chm";
     SetHelpPath("C:\\missing");
     std::ofstream(beside) << "help";
     EXPECT_EQ(0, ShowHelpTopic(kName, 1));

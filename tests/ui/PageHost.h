@@ -10,12 +10,8 @@
 #include "ui/PageObject.h"
 
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include <mfapi.h>
-
-using Texts = std::vector<std::string>;
 
 #define NMFV_NOTED(Name, Parameters, ...)                                                                              \
     STDMETHODIMP Name Parameters override {                                                                            \
@@ -120,11 +116,7 @@ protected:
         Send(id, message, static_cast<WPARAM>(line));
         SendMessageA(Dialog(), WM_COMMAND, MAKEWPARAM(id, notification), reinterpret_cast<LPARAM>(Control(id)));
     }
-    std::string Text(int id) {
-        char text[256] = "";
-        GetWindowTextA(Control(id), text, sizeof(text));
-        return text;
-    }
+    std::string Text(int id) { return TextOf(Control(id)); }
     bool Dirty() { return m_page->IsPageDirty() == S_OK; }
 
     ShellLog m_log;

@@ -1,5 +1,4 @@
 // The ROI page, driven by window messages.
-#include "tests/support/Transform.h"
 #include "tests/ui/PageHost.h"
 #include "ui/DeinterlaceROIProperties.h"
 #include "ui/ResourceIds.h"
@@ -91,33 +90,6 @@ TEST_F(RoiPage, SpinsReachTheInputSize) {
     EXPECT_EQ(MAKELRESULT(480, 0), Send(IDC_PROTECTED_TOP_SPIN, UDM_GETRANGE));
     Send(IDC_ROI_BOTTOM, WM_KEYDOWN, VK_UP); // the spin button listens
     EXPECT_EQ("201", Text(IDC_ROI_BOTTOM));
-}
-
-// What the settings page only sets, this page saves along with its own.
-TEST_F(TransformTest, RoiPageSavesEverything) {
-    ShellLog log;
-    SheetWindow sheet;
-    NotingSite site;
-    CComRef<IClassFactory> factory;
-    CComRef<IPropertyPage> page;
-    ASSERT_HR(S_OK, GetClassObject(CLSID_NMFVDeinterlaceRoiPage, IID_IClassFactory, factory.PutVoid()));
-    ASSERT_HR(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page.PutVoid()));
-    IUnknown* object = Mft();
-    constexpr RECT kRect = {0, 0, 640, 700};
-    page->SetPageSite(&site);
-    ASSERT_HR(S_OK, page->SetObjects(1, &object));
-    ASSERT_HR(S_OK, page->Activate(sheet.Get(), &kRect, FALSE));
-    Control()->put_Even(VARIANT_TRUE);
-    SendDlgItemMessageA(sheet.Page(), IDC_ENABLE_ROI, BM_CLICK, 0, 0);
-    EXPECT_HR(S_OK, page->Apply());
-    page.Reset();
-
-    TransformUnderTest later; // reads what was saved; the first one lives on
-    ASSERT_TRUE(later.Create());
-    VARIANT_BOOL even = VARIANT_FALSE, region = VARIANT_FALSE;
-    later.control->get_Even(&even);
-    later.control->get_EnableROI(&region);
-    EXPECT_TRUE(even && region);
 }
 
 } // namespace

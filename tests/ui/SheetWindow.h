@@ -3,10 +3,17 @@
 
 #include "com/ComRef.h"
 
+#include <string>
 #include <vector>
 
 #include <ocidl.h>
 #include <windows.h>
+
+inline std::string TextOf(HWND window) {
+    char text[512] = "";
+    GetWindowTextA(window, text, sizeof(text));
+    return text;
+}
 
 class SheetWindow {
 public:

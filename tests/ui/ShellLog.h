@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+using Texts = std::vector<std::string>;
+
 // While it lives. One at a time.
 class ShellLog {
 public:
@@ -29,10 +31,10 @@ public:
     bool finds = true;
 
     // What was asked for.
-    std::vector<std::string> opened; // addresses
-    std::vector<std::string> boxes;  // "caption: text"
-    std::vector<std::string> loaded; // libraries
-    std::vector<std::string> shown;  // topics in help files
+    Texts opened; // addresses
+    Texts boxes;  // "caption: text"
+    Texts loaded; // libraries
+    Texts shown;  // topics in help files
 
 private:
     static HINSTANCE WINAPI Execute(HWND, LPCSTR verb, LPCSTR file, LPCSTR, LPCSTR, INT show) {

@@ -1,8 +1,11 @@
 // The control interface through IDispatch. The library is registered in a registry of the test's own.
+#include "tests/support/Files.h"
 #include "tests/support/Members.h"
 #include "tests/support/Transform.h"
 
 #include <algorithm>
+#include <atomic>
+#include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
@@ -21,10 +24,7 @@ protected:
     static void RegisterLibrary() {
         CComRef<ITypeLib> library;
         ASSERT_HR(S_OK, LoadTypeLibEx(L"NMFVDeitrx.dll", REGKIND_NONE, library.Put()));
-        wchar_t path[MAX_PATH] = {};
-        GetModuleFileNameW(nullptr, path, MAX_PATH);
-        std::wstring dll(path);
-        dll = dll.substr(0, dll.find_last_of(L'\\') + 1) + L"NMFVDeitrx.dll";
+        std::wstring dll = (ProgramFolder() / L"NMFVDeitrx.dll").wstring();
         ASSERT_HR(S_OK, RegisterTypeLib(library.Get(), dll.data(), nullptr));
     }
 
@@ -43,27 +43,19 @@ protected:
         return Control()->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr, nullptr);
     }
 
-    DISPID IdOf(std::wstring name) {
+    HRESULT FindName(std::wstring name, DISPID* id) {
         LPOLESTR names[] = {name.data()};
-        DISPID id = DISPID_UNKNOWN;
-        EXPECT_HR(S_OK, Control()->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id));
-        return id;
+        return Control()->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, id);
     }
 
     PrivateRegistry m_classes{HKEY_CLASSES_ROOT};
 };
 
-VARIANT Long(LONG value) {
+template <typename Value>
+VARIANT Variant(VARTYPE type, Value value) {
     VARIANT v{};
-    v.vt = VT_I4;
-    v.lVal = value;
-    return v;
-}
-
-VARIANT Double(double value) {
-    VARIANT v{};
-    v.vt = VT_R8;
-    v.dblVal = value;
+    v.vt = type;
+    std::memcpy(&v.llVal, &value, sizeof(value));
     return v;
 }
 
@@ -81,9 +73,12 @@ TEST_F(Automation, UnregisteredLibraryFailsOnlyDispatch) {
 
 TEST_F(Automation, FirstUseFromSeveralThreads) {
     RegisterLibrary();
+    std::atomic<int> waiting{0};
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([this] {
+        threads.emplace_back([&] {
+            for (++waiting; waiting < 4;) {
+            }
             CComRef<ITypeInfo> info;
             EXPECT_HR(S_OK, Control()->GetTypeInfo(0, 1031, info.Put()));
         });
@@ -101,36 +96,29 @@ TEST_F(Automation, FirstUseFromSeveralThreads) {
 }
 
 TEST_F(Automation, EveryNameHasItsIdentifier) {
-    for (const MemberRow& row : kMembers) {
-        EXPECT_EQ(row.id, IdOf(row.name)) << row.slot;
-    }
-    EXPECT_EQ(36, IdOf(L"framerate")); // automation doesn't mind the case
-    std::wstring unknown = L"NoSuchMember";
-    LPOLESTR names[] = {unknown.data()};
     DISPID id = 0;
-    EXPECT_HR(DISP_E_UNKNOWNNAME, Control()->GetIDsOfNames(IID_NULL, names, 1, 0, &id));
+    for (const MemberRow& row : kMembers) {
+        EXPECT_HR(S_OK, FindName(row.name, &id));
+        EXPECT_EQ(row.id, id) << row.slot;
+    }
+    EXPECT_HR(S_OK, FindName(L"framerate", &id)); // automation doesn't mind the case
+    EXPECT_HR(DISP_E_UNKNOWNNAME, FindName(L"NoSuchMember", &id));
 }
 
 TEST_F(Automation, PropertiesAndMethods) {
     VARIANT result{};
-    EXPECT_HR(S_OK, Call(36, DISPATCH_PROPERTYPUT, {Double(29.97)}));
+    EXPECT_HR(S_OK, Call(36, DISPATCH_PROPERTYPUT, {Variant(VT_R8, 29.97)}));
     EXPECT_HR(S_OK, Call(36, DISPATCH_PROPERTYGET, {}, &result));
     EXPECT_EQ(VT_R8, result.vt);
     EXPECT_EQ(29.97, result.dblVal);
-    EXPECT_HR(DISP_E_EXCEPTION, Call(46, DISPATCH_PROPERTYPUT, {Double(9.0)})); // the member's own failure
-    EXPECT_HR(S_OK, Call(22, DISPATCH_METHOD, {Long(0)}));
+    EXPECT_HR(DISP_E_EXCEPTION, Call(46, DISPATCH_PROPERTYPUT, {Variant(VT_R8, 9.0)})); // the member's own failure
+    EXPECT_HR(S_OK, Call(22, DISPATCH_METHOD, {Variant(VT_I4, 0)}));
     EXPECT_HR(S_OK, Call(26, DISPATCH_PROPERTYGET, {}, &result));
     EXPECT_EQ(1, result.lVal);
 
-    VARIANT start{};
-    start.vt = VT_I8;
-    start.llVal = 107'999'999;
-    EXPECT_HR(S_OK, Call(31, DISPATCH_METHOD, {Long(0), start}));
     LONGLONG frame = 0;
-    VARIANT out{};
-    out.vt = VT_I8 | VT_BYREF;
-    out.pllVal = &frame;
-    EXPECT_HR(S_OK, Call(30, DISPATCH_METHOD, {Long(0), out}));
+    EXPECT_HR(S_OK, Call(31, DISPATCH_METHOD, {Variant(VT_I4, 0), Variant(VT_I8, 107'999'999ll)}));
+    EXPECT_HR(S_OK, Call(30, DISPATCH_METHOD, {Variant(VT_I4, 0), Variant(VT_I8 | VT_BYREF, &frame)}));
     EXPECT_EQ(107'999'999, frame);
     for (const DISPID unassigned : {4, 5, 12, 49}) {
         EXPECT_HR(DISP_E_MEMBERNOTFOUND, Call(unassigned, DISPATCH_PROPERTYGET, {}, &result));

@@ -2,6 +2,7 @@
 #include "tests/support/Media.h"
 #include "tests/support/Transform.h"
 
+#include <array>
 #include <limits>
 
 namespace {
@@ -10,10 +11,12 @@ class Control : public TransformTest {
 protected:
     INMFVDeinterlace* Object() { return TransformTest::Control(); }
 
-    UINT32 Stored(REFGUID key) {
-        UINT32 value = 0xDEAD;
-        Store()->GetUINT32(key, &value);
-        return value;
+    UINT32 Stored(REFGUID key) { return StoredNumber(Store(), key); }
+
+    void SetInput(REFGUID subtype, UINT32 width, UINT32 height, UINT32 rate = 25) {
+        CComRef<IMFMediaType> type;
+        MakeVideoType(subtype, width, height, type, rate);
+        ASSERT_HR(S_OK, Mft()->SetInputType(0, type.Get(), 0));
     }
 };
 
@@ -51,9 +54,7 @@ TEST_F(Control, FlagsReportInTheirForm) {
         EXPECT_HR(E_POINTER, (Object()->*row.get)(nullptr));
         for (const VARIANT_BOOL written : {VARIANT_BOOL{-1}, VARIANT_BOOL{0}, VARIANT_BOOL{1}, VARIANT_BOOL{77}}) {
             EXPECT_HR(S_OK, (Object()->*row.put)(written));
-            VARIANT_BOOL read = 99;
-            EXPECT_HR(S_OK, (Object()->*row.get)(&read));
-            EXPECT_EQ(written ? row.whenOn : 0, read);
+            EXPECT_EQ(written ? row.whenOn : 0, Get(row.get));
             if (row.key) {
                 EXPECT_EQ(written ? 1u : 0u, Stored(*row.key));
             }
@@ -63,87 +64,51 @@ TEST_F(Control, FlagsReportInTheirForm) {
         }
         // A key of another type, and one that is missing, read as 0.
         Store()->SetString(*row.key, L"1");
-        VARIANT_BOOL read = 99;
-        EXPECT_HR(S_OK, (Object()->*row.get)(&read));
-        EXPECT_EQ(0, read);
+        EXPECT_EQ(0, Get(row.get));
         Store()->DeleteItem(*row.key);
-        EXPECT_HR(S_OK, (Object()->*row.get)(&read));
-        EXPECT_EQ(0, read);
+        EXPECT_EQ(0, Get(row.get));
     }
+    Object()->put_DeinterlaceSettingsImportState(VARIANT_FALSE); // one member each
+    EXPECT_TRUE(Get(&INMFVDeinterlace::get_ROISettingsImportState));
 }
 
-// Two flags that shared a key, or getters wired to a neighbour's, would show here.
-TEST_F(Control, FlagsAreIndependent) {
-    for (const FlagRow& row : kFlags) {
-        (Object()->*row.put)(VARIANT_FALSE);
-    }
-    for (const FlagRow& one : kFlags) {
-        (Object()->*one.put)(VARIANT_TRUE);
-        for (const FlagRow& other : kFlags) {
-            VARIANT_BOOL value = 99;
-            (Object()->*other.get)(&value);
-            EXPECT_EQ(&one == &other, value != 0) << one.name << " and " << other.name;
-        }
-        (Object()->*one.put)(VARIANT_FALSE);
-    }
-}
+using LongGetter = HRESULT (STDMETHODCALLTYPE INMFVDeinterlace::*)(LONG*);
+using LongSetter = HRESULT (STDMETHODCALLTYPE INMFVDeinterlace::*)(LONG);
 
 TEST_F(Control, RegionIsClampedAgainstTheFrame) {
-    LONG value = 0;
     EXPECT_HR(S_OK, Object()->put_ROIRight(2000));
-    EXPECT_HR(S_OK, Object()->get_ROIRight(&value));
-    EXPECT_EQ(1600, value); // nothing negotiated yet
-
-    CComRef<IMFMediaType> type;
-    MakeVideoType(MFVideoFormat_YUY2, 720, 480, type);
-    ASSERT_HR(S_OK, Mft()->SetInputType(0, type.Get(), 0));
-    Object()->put_ROIRight(2000);
-    Object()->get_ROIRight(&value);
-    EXPECT_EQ(720, value);
-
-    Object()->put_ROIBottom(100);
-    Object()->put_ROIBottom(900);
-    Object()->get_ROIBottom(&value);
-    EXPECT_EQ(900, value);
-    Object()->put_ROIBottom(200);
-    Object()->get_ROIBottom(&value);
-    EXPECT_EQ(480, value);
-
-    Object()->put_ROITop(500);
-    Object()->get_ROITop(&value);
-    EXPECT_EQ(500, value);
-    Object()->put_ROITop(3);
-    Object()->get_ROITop(&value);
-    EXPECT_EQ(479, value);
-
-    Object()->put_ROILeft(-5);
-    Object()->get_ROILeft(&value);
-    EXPECT_EQ(0, value);
-    Object()->put_ROILeft(1000);
-    Object()->get_ROILeft(&value);
-    EXPECT_EQ(719, value);
-}
-
-TEST_F(Control, RegionReportsWhateverTheStoreHolds) {
-    Store()->SetUINT32(NMFV_DEINTERLACE_ROI_LEFT, 0xFFFFFFFF);
-    LONG value = 0;
-    EXPECT_HR(S_OK, Object()->get_ROILeft(&value));
-    EXPECT_EQ(-1, value);
+    EXPECT_EQ(1600, Get(&INMFVDeinterlace::get_ROIRight)); // nothing negotiated yet
+    SetInput(MFVideoFormat_YUY2, 720, 480);
+    constexpr struct {
+        LongSetter put;
+        LongGetter get;
+        LONG written, read;
+    } kSteps[] = {
+        {&INMFVDeinterlace::put_ROIRight, &INMFVDeinterlace::get_ROIRight, 2000, 720},
+        {&INMFVDeinterlace::put_ROIBottom, &INMFVDeinterlace::get_ROIBottom, 100, 100},
+        {&INMFVDeinterlace::put_ROIBottom, &INMFVDeinterlace::get_ROIBottom, 900, 900},
+        {&INMFVDeinterlace::put_ROIBottom, &INMFVDeinterlace::get_ROIBottom, 200, 480},
+        {&INMFVDeinterlace::put_ROITop, &INMFVDeinterlace::get_ROITop, 500, 500},
+        {&INMFVDeinterlace::put_ROITop, &INMFVDeinterlace::get_ROITop, 3, 479},
+        {&INMFVDeinterlace::put_ROILeft, &INMFVDeinterlace::get_ROILeft, -5, 0},
+        {&INMFVDeinterlace::put_ROILeft, &INMFVDeinterlace::get_ROILeft, 1000, 719},
+    };
+    for (const auto& step : kSteps) {
+        EXPECT_HR(S_OK, (Object()->*step.put)(step.written));
+        EXPECT_EQ(step.read, Get(step.get)) << "step " << &step - kSteps;
+    }
+    Store()->SetUINT32(NMFV_DEINTERLACE_ROI_LEFT, 0xFFFFFFFF); // whatever a client wrote there
+    EXPECT_EQ(-1, Get(&INMFVDeinterlace::get_ROILeft));
     EXPECT_HR(S_OK, Object()->put_ROIRight(5)); // 5 is not above 0xFFFFFFFF: one after it
     EXPECT_EQ(0u, Stored(NMFV_DEINTERLACE_ROI_RIGHT));
 }
 
 TEST_F(Control, ProtectedAreaRightIsLeft) {
-    CComRef<IMFMediaType> type;
-    MakeVideoType(MFVideoFormat_YUY2, 720, 576, type);
-    ASSERT_HR(S_OK, Mft()->SetInputType(0, type.Get(), 0));
+    SetInput(MFVideoFormat_YUY2, 720, 576);
     EXPECT_HR(S_OK, Object()->SetProtectedAreaParams(10, 200, 20, 100));
     LONG left = 0, right = 0, top = 0, bottom = 0;
     EXPECT_HR(S_OK, Object()->GetProtectedAreaParams(&left, &right, &top, &bottom));
-    EXPECT_EQ(10, left);
-    EXPECT_EQ(10, right);
-    EXPECT_EQ(20, top);
-    EXPECT_EQ(100, bottom);
+    EXPECT_EQ((std::array{10l, 10l, 20l, 100l}), (std::array{left, right, top, bottom}));
     EXPECT_EQ(200u, Stored(NMFV_DEINTERLACE_PROTECTED_RIGHT));
 
     EXPECT_HR(S_OK, Object()->GetProtectedAreaParams(nullptr, nullptr, nullptr, nullptr));
@@ -171,57 +136,38 @@ TEST_F(Control, SensitivityHasItsRange) {
                  {-1.0, E_INVALIDARG},
                  {std::numeric_limits<double>::quiet_NaN(), E_INVALIDARG},
                  {std::numeric_limits<double>::infinity(), E_INVALIDARG}};
-    double last = 1.0, read = 0;
+    double last = 1.0;
     for (const auto& row : kRows) {
         EXPECT_HR(row.result, Object()->put_AutoDeinterlaceSensitivity(row.value)) << row.value;
         last = row.result == S_OK ? row.value : last;
-        EXPECT_HR(S_OK, Object()->get_AutoDeinterlaceSensitivity(&read));
-        EXPECT_EQ(last, read);
+        EXPECT_EQ(last, Get(&INMFVDeinterlace::get_AutoDeinterlaceSensitivity));
     }
     EXPECT_HR(E_POINTER, Object()->get_AutoDeinterlaceSensitivity(nullptr));
     Store()->SetUINT32(NMFV_DEINTERLACE_AUTO_SENSITIVITY, 3);
-    EXPECT_HR(S_OK, Object()->get_AutoDeinterlaceSensitivity(&read));
-    EXPECT_EQ(0.0, read);
+    EXPECT_EQ(0.0, Get(&INMFVDeinterlace::get_AutoDeinterlaceSensitivity));
 }
 
 TEST_F(Control, FrameNumbersComeFromTheInputType) {
-    using Getter = HRESULT (STDMETHODCALLTYPE INMFVDeinterlace::*)(LONG*);
-    constexpr Getter kWidths[] = {&INMFVDeinterlace::get_InWidth, &INMFVDeinterlace::get_OutWidth};
-    constexpr Getter kHeights[] = {&INMFVDeinterlace::get_InHeight, &INMFVDeinterlace::get_OutHeight};
-    constexpr Getter kBits[] = {&INMFVDeinterlace::get_InBits, &INMFVDeinterlace::get_OutBits};
-    const auto expect = [&](LONG width, LONG height, LONG bits) {
-        for (int i = 0; i < 2; ++i) {
-            LONG value = 0;
-            EXPECT_HR(S_OK, (Object()->*kWidths[i])(&value));
-            EXPECT_EQ(width, value);
-            EXPECT_HR(S_OK, (Object()->*kHeights[i])(&value));
-            EXPECT_EQ(height, value);
-            EXPECT_HR(S_OK, (Object()->*kBits[i])(&value));
-            EXPECT_EQ(bits, value);
-        }
+    const auto expect = [this](LONG width, LONG height, LONG bits) {
+        EXPECT_EQ(width, Get(&INMFVDeinterlace::get_InWidth));
+        EXPECT_EQ(width, Get(&INMFVDeinterlace::get_OutWidth));
+        EXPECT_EQ(height, Get(&INMFVDeinterlace::get_InHeight));
+        EXPECT_EQ(height, Get(&INMFVDeinterlace::get_OutHeight));
+        EXPECT_EQ(bits, Get(&INMFVDeinterlace::get_InBits));
+        EXPECT_EQ(bits, Get(&INMFVDeinterlace::get_OutBits));
     };
     expect(1600, 1600, 0);
-    CComRef<IMFMediaType> type;
-    MakeVideoType(MFVideoFormat_RGB24, 721, 33, type, 50);
-    ASSERT_HR(S_OK, Mft()->SetInputType(0, type.Get(), 0));
+    EXPECT_EQ(30.0, Get(&INMFVDeinterlace::get_FrameRate));
+    SetInput(MFVideoFormat_RGB24, 721, 33, 50);
     Object()->put_Resize(VARIANT_TRUE);
     expect(721, 33, 24);
-    double rate = 0;
-    EXPECT_HR(S_OK, Object()->get_FrameRate(&rate));
-    EXPECT_EQ(50.0, rate);
-}
-
-TEST_F(Control, FrameRateIsPositive) {
-    double rate = 0;
-    EXPECT_HR(S_OK, Object()->get_FrameRate(&rate));
-    EXPECT_EQ(30.0, rate);
+    EXPECT_EQ(50.0, Get(&INMFVDeinterlace::get_FrameRate));
     for (const double refused : {0.0, -25.0, std::numeric_limits<double>::quiet_NaN()}) {
         EXPECT_HR(E_INVALIDARG, Object()->put_FrameRate(refused));
     }
     EXPECT_HR(S_OK, Object()->put_FrameRate(0.05));
     EXPECT_HR(E_POINTER, Object()->get_FrameRate(nullptr));
-    Object()->get_FrameRate(&rate);
-    EXPECT_EQ(0.05, rate);
+    EXPECT_EQ(0.05, Get(&INMFVDeinterlace::get_FrameRate));
 }
 
 TEST_F(Control, PagesInTheirOrder) {

@@ -3,27 +3,9 @@
 #include "tests/support/CallHook.h"
 #include "tests/support/Transform.h"
 
-#include <mfapi.h>
-
 namespace {
 
 class Defaults : public TransformTest {};
-
-UINT32 ItemsOf(IMFAttributes* store) {
-    UINT32 items = 0;
-    store->GetCount(&items);
-    return items;
-}
-
-TEST_F(Defaults, NewObjectHasLevel2) {
-    VARIANT_BOOL merge = 0, automatic = 0, enabled = 0;
-    EXPECT_HR(S_OK, Control()->get_MergeFields(&merge));
-    EXPECT_HR(S_OK, Control()->get_AutoDeinterlace(&automatic));
-    EXPECT_HR(S_OK, Control()->get_Enabled(&enabled));
-    EXPECT_EQ(VARIANT_TRUE, merge);
-    EXPECT_EQ(1, automatic);
-    EXPECT_EQ(VARIANT_TRUE, enabled);
-}
 
 TEST_F(Defaults, ResetLeaves23Items) {
     Control()->SetGlobalPattern(5, 6, 7, VARIANT_FALSE);
@@ -38,19 +20,9 @@ TEST_F(Defaults, ResetLeaves23Items) {
         EXPECT_EQ(1, ignore);
         EXPECT_EQ(1, deinterlace);
         EXPECT_EQ(1, deintPreamble);
-        UINT32 merge = 9, automatic = 9;
-        Store()->GetUINT32(NMFV_DEINTERLACE_MERGE_FIELDS, &merge);
-        Store()->GetUINT32(NMFV_DEINTERLACE_AUTO_DEINTERLACE, &automatic);
-        EXPECT_EQ(static_cast<UINT32>(level), merge);
-        EXPECT_EQ(static_cast<UINT32>(level), automatic);
+        EXPECT_EQ(static_cast<UINT32>(level), StoredNumber(Store(), NMFV_DEINTERLACE_MERGE_FIELDS));
+        EXPECT_EQ(static_cast<UINT32>(level), StoredNumber(Store(), NMFV_DEINTERLACE_AUTO_DEINTERLACE));
     }
-}
-
-TEST_F(Defaults, PlainResetIsLevel1) {
-    EXPECT_HR(S_OK, Control()->ResetToDefaults());
-    VARIANT_BOOL merge = 9;
-    Control()->get_MergeFields(&merge);
-    EXPECT_EQ(VARIANT_FALSE, merge);
 }
 
 TEST_F(Defaults, OtherLevelsAreRefused) {
@@ -58,9 +30,7 @@ TEST_F(Defaults, OtherLevelsAreRefused) {
     for (const LONG level : {2l, -1l, LONG_MIN, LONG_MAX}) {
         EXPECT_HR(E_INVALIDARG, Control()->ResetToDefaultsEx(level));
     }
-    LONG right = 0;
-    Control()->get_ROIRight(&right);
-    EXPECT_EQ(77, right);
+    EXPECT_EQ(77, Get(&INMFVDeinterlace::get_ROIRight));
 }
 
 TEST_F(Defaults, ResetLeavesWhatIsNotInTheStore) {
@@ -68,15 +38,10 @@ TEST_F(Defaults, ResetLeavesWhatIsNotInTheStore) {
     Control()->put_FrameRate(12.5);
     Control()->put_ROISettingsImportState(VARIANT_TRUE);
     EXPECT_HR(S_OK, Control()->ResetToDefaults());
-    LONG segments = 0;
-    double rate = 0;
-    VARIANT_BOOL imported = 0;
-    Control()->get_SegmentsCount(&segments);
-    Control()->get_FrameRate(&rate);
-    Control()->get_ROISettingsImportState(&imported);
-    EXPECT_EQ(1, segments);
-    EXPECT_EQ(12.5, rate);
-    EXPECT_EQ(VARIANT_TRUE, imported);
+    EXPECT_EQ(VARIANT_FALSE, Get(&INMFVDeinterlace::get_MergeFields)); // the plain reset is that of level 1
+    EXPECT_EQ(1, Get(&INMFVDeinterlace::get_SegmentsCount));
+    EXPECT_EQ(12.5, Get(&INMFVDeinterlace::get_FrameRate));
+    EXPECT_EQ(VARIANT_TRUE, Get(&INMFVDeinterlace::get_ROISettingsImportState));
 }
 
 // Every write that fails ends the reset with its own result, and nothing is written after it.

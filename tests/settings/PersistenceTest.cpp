@@ -11,11 +11,9 @@ protected:
     void SetUp() override { ASSERT_TRUE(m_user.Active()); }
 
     static void ExpectLevel2(TransformUnderTest& object) {
-        VARIANT_BOOL merge = 0, automatic = 0;
-        object.control->get_MergeFields(&merge);
-        object.control->get_AutoDeinterlace(&automatic);
-        EXPECT_EQ(VARIANT_TRUE, merge);
-        EXPECT_EQ(1, automatic);
+        EXPECT_EQ(VARIANT_TRUE, object.Get(&INMFVDeinterlace::get_Enabled));
+        EXPECT_EQ(VARIANT_TRUE, object.Get(&INMFVDeinterlace::get_MergeFields));
+        EXPECT_EQ(1, object.Get(&INMFVDeinterlace::get_AutoDeinterlace));
     }
 
     PrivateRegistry m_user{HKEY_CURRENT_USER};
@@ -46,19 +44,11 @@ TEST_F(Persistence, LastObjectGoneIsNextObjectsStart) {
 
     TransformUnderTest next;
     ASSERT_TRUE(next.Create());
-    double sensitivity = 0, rate = 0;
-    LONG right = 0, segments = 9;
-    VARIANT_BOOL imported = 9;
-    next.control->get_AutoDeinterlaceSensitivity(&sensitivity);
-    next.control->get_ROIRight(&right);
-    next.control->get_SegmentsCount(&segments);
-    next.control->get_FrameRate(&rate);
-    next.control->get_ROISettingsImportState(&imported);
-    EXPECT_EQ(2.5, sensitivity);
-    EXPECT_EQ(123, right);
-    EXPECT_EQ(0, segments);
-    EXPECT_EQ(30.0, rate);
-    EXPECT_EQ(VARIANT_FALSE, imported);
+    EXPECT_EQ(2.5, next.Get(&INMFVDeinterlace::get_AutoDeinterlaceSensitivity));
+    EXPECT_EQ(123, next.Get(&INMFVDeinterlace::get_ROIRight));
+    EXPECT_EQ(0, next.Get(&INMFVDeinterlace::get_SegmentsCount));
+    EXPECT_EQ(30.0, next.Get(&INMFVDeinterlace::get_FrameRate));
+    EXPECT_EQ(VARIANT_FALSE, next.Get(&INMFVDeinterlace::get_ROISettingsImportState));
     UINT32 length = 0;
     EXPECT_HR(S_OK, next.store->GetStringLength(MF_MT_SUBTYPE, &length)); // a foreign item travels along
 }
@@ -72,23 +62,17 @@ TEST_F(Persistence, ResetStoreSavesAs23Items) {
     ASSERT_HR(S_OK, MFCreateAttributes(saved.Put(), 0));
     const std::vector<BYTE> blob = ReadSavedSettings();
     ASSERT_HR(S_OK, MFInitAttributesFromBlob(saved.Get(), blob.data(), static_cast<UINT>(blob.size())));
-    UINT32 items = 0;
-    saved->GetCount(&items);
-    EXPECT_EQ(23u, items);
+    EXPECT_EQ(23u, ItemsOf(saved.Get()));
 
     TransformUnderTest other;
     ASSERT_TRUE(other.Create());
-    VARIANT_BOOL merge = 9, automatic = 9;
-    other.control->get_MergeFields(&merge);
-    other.control->get_AutoDeinterlace(&automatic);
-    EXPECT_EQ(VARIANT_FALSE, merge);
-    EXPECT_EQ(0, automatic);
+    EXPECT_EQ(VARIANT_FALSE, other.Get(&INMFVDeinterlace::get_MergeFields));
+    EXPECT_EQ(0, other.Get(&INMFVDeinterlace::get_AutoDeinterlace));
 }
 
 // Nothing saved, or something that is no blob at all: the object has its defaults, a later load changes nothing.
 TEST_F(Persistence, MissingOrForeignValuesAreNoError) {
-    const std::vector<BYTE> text = {'a', 'b', 0};
-    const std::vector<BYTE> number = {1, 0, 0, 0};
+    const std::vector<BYTE> text = {'a', 'b', 0}, number = {1, 0, 0, 0};
     const struct {
         const char* name;
         bool key;
@@ -113,9 +97,7 @@ TEST_F(Persistence, MissingOrForeignValuesAreNoError) {
         ExpectLevel2(object);
         object.control->put_ROIRight(55);
         EXPECT_HR(S_OK, object.control->LoadAttributes());
-        LONG right = 0;
-        object.control->get_ROIRight(&right);
-        EXPECT_EQ(55, right);
+        EXPECT_EQ(55, object.Get(&INMFVDeinterlace::get_ROIRight));
     }
 }
 
@@ -149,18 +131,10 @@ TEST_F(Persistence, BlobWithForeignTypesReadsAsZero) {
     WriteSavedSettings(REG_BINARY, BlobOf(forged.Get()));
     TransformUnderTest object;
     ASSERT_TRUE(object.Create());
-    VARIANT_BOOL enabled = 9;
-    LONG right = 9;
-    double sensitivity = 9;
-    object.control->get_Enabled(&enabled);
-    object.control->get_ROIRight(&right);
-    object.control->get_AutoDeinterlaceSensitivity(&sensitivity);
-    EXPECT_EQ(VARIANT_FALSE, enabled);
-    EXPECT_EQ(0, right);
-    EXPECT_EQ(0.0, sensitivity);
-    UINT32 items = 0;
-    object.store->GetCount(&items);
-    EXPECT_EQ(3u, items); // the blob replaces all items
+    EXPECT_EQ(VARIANT_FALSE, object.Get(&INMFVDeinterlace::get_Enabled));
+    EXPECT_EQ(0, object.Get(&INMFVDeinterlace::get_ROIRight));
+    EXPECT_EQ(0.0, object.Get(&INMFVDeinterlace::get_AutoDeinterlaceSensitivity));
+    EXPECT_EQ(3u, ItemsOf(object.store.Get())); // the blob replaces all items
 }
 
 TEST_F(Persistence, SaveReportsTheRegistrysError) {

@@ -1,6 +1,8 @@
 // Segments and the global pattern through the control interface.
 #include "tests/support/Transform.h"
 
+#include <tuple>
+
 namespace {
 
 class Segments : public TransformTest {
@@ -8,38 +10,32 @@ protected:
     void ExpectTime(LONG index, LONG hours, LONG minutes, LONG seconds, LONG milliSeconds) {
         LONG h = -1, m = -1, s = -1, ms = -1;
         EXPECT_HR(S_OK, Control()->GetSegmentStartTime(index, &h, &m, &s, &ms));
-        EXPECT_EQ(hours, h);
-        EXPECT_EQ(minutes, m);
-        EXPECT_EQ(seconds, s);
-        EXPECT_EQ(milliSeconds, ms);
+        EXPECT_EQ(std::tie(hours, minutes, seconds, milliSeconds), std::tie(h, m, s, ms));
     }
 
-    LONG Count() {
-        LONG count = -1;
-        EXPECT_HR(S_OK, Control()->get_SegmentsCount(&count));
-        return count;
+    // What a getter reports of one segment.
+    template <typename Value>
+    Value Of(LONG index, HRESULT (STDMETHODCALLTYPE INMFVDeinterlace::*getter)(LONG, Value*)) {
+        Value value{};
+        EXPECT_HR(S_OK, (Control()->*getter)(index, &value));
+        return value;
+    }
+
+    void ExpectPattern(LONG index, LONG preamble, LONG ignore, LONG deinterlace, VARIANT_BOOL deintPreamble) {
+        LONG p = -1, i = -1, d = -1;
+        VARIANT_BOOL b = 99;
+        EXPECT_HR(S_OK, Control()->GetSegmentPattern(index, &p, &i, &d, &b));
+        EXPECT_EQ(std::tie(preamble, ignore, deinterlace, deintPreamble), std::tie(p, i, d, b));
     }
 };
 
 TEST_F(Segments, NewSegmentTakesGlobalCounts) {
     EXPECT_HR(S_OK, Control()->SetGlobalPattern(3, -4, 5, VARIANT_FALSE));
     EXPECT_HR(S_OK, Control()->AddSegment(7));
-    LONG preamble = 0, ignore = 0, deinterlace = 0;
-    VARIANT_BOOL deintPreamble = 0;
-    EXPECT_HR(S_OK, Control()->GetSegmentPattern(0, &preamble, &ignore, &deinterlace, &deintPreamble));
-    EXPECT_EQ(3, preamble);
-    EXPECT_EQ(-4, ignore);
-    EXPECT_EQ(5, deinterlace);
-    EXPECT_EQ(VARIANT_TRUE, deintPreamble);
-    SEGMENT_OPERATION_MODE mode = MODE_DEINTERLACE_ALL;
-    EXPECT_HR(S_OK, Control()->GetSegmentOperationMode(0, &mode));
-    EXPECT_EQ(MODE_NO_DEINTERLACE, mode);
-    hyper frame = -1;
-    EXPECT_HR(S_OK, Control()->GetSegmentStartFrame(0, &frame));
-    EXPECT_EQ(0, frame);
-    LONG data = -1;
-    EXPECT_HR(S_OK, Control()->GetSegmentData(0, &data));
-    EXPECT_EQ(0, data);
+    ExpectPattern(0, 3, -4, 5, VARIANT_TRUE);
+    EXPECT_EQ(MODE_NO_DEINTERLACE, Of(0, &INMFVDeinterlace::GetSegmentOperationMode));
+    EXPECT_EQ(0, Of(0, &INMFVDeinterlace::GetSegmentStartFrame));
+    EXPECT_EQ(0, Of(0, &INMFVDeinterlace::GetSegmentData));
     ExpectTime(0, 0, 0, 0, 0);
 }
 
@@ -49,22 +45,14 @@ TEST_F(Segments, KeepWhatTheyAreGiven) {
         EXPECT_HR(S_OK, Control()->SetSegmentData(i, 100 + i));
     }
     EXPECT_HR(S_OK, Control()->AddSegment(1));
-    EXPECT_EQ(4, Count());
+    EXPECT_EQ(4, Get(&INMFVDeinterlace::get_SegmentsCount));
     for (const auto& [index, data] : {std::pair{0, 100}, {1, 0}, {2, 101}, {3, 102}}) {
-        LONG read = -1;
-        EXPECT_HR(S_OK, Control()->GetSegmentData(index, &read));
-        EXPECT_EQ(data, read) << index;
+        EXPECT_EQ(data, Of(index, &INMFVDeinterlace::GetSegmentData)) << index;
     }
     EXPECT_HR(S_OK, Control()->SetSegmentPattern(2, 1, -2, 3, 42));
     EXPECT_HR(S_OK, Control()->SetSegmentOperationMode(2, static_cast<SEGMENT_OPERATION_MODE>(99)));
-    LONG counts[3] = {};
-    VARIANT_BOOL deintPreamble = 0;
-    EXPECT_HR(S_OK, Control()->GetSegmentPattern(2, &counts[0], &counts[1], &counts[2], &deintPreamble));
-    EXPECT_EQ(-2, counts[1]);
-    EXPECT_EQ(VARIANT_TRUE, deintPreamble);
-    SEGMENT_OPERATION_MODE mode{};
-    EXPECT_HR(S_OK, Control()->GetSegmentOperationMode(2, &mode));
-    EXPECT_EQ(99, static_cast<int>(mode));
+    ExpectPattern(2, 1, -2, 3, VARIANT_TRUE);
+    EXPECT_EQ(99, static_cast<int>(Of(2, &INMFVDeinterlace::GetSegmentOperationMode)));
 }
 
 TEST_F(Segments, StartPointsAreIndependent) {
@@ -74,20 +62,16 @@ TEST_F(Segments, StartPointsAreIndependent) {
     ExpectTime(0, 1, 0, 0, 0);
     EXPECT_HR(S_OK, Control()->SetSegmentStartTime(0, 999, 59, 59, 999));
     ExpectTime(0, 999, 59, 59, 999);
-    hyper frame = 0;
-    EXPECT_HR(S_OK, Control()->GetSegmentStartFrame(0, &frame));
-    EXPECT_EQ(90000, frame);
+    EXPECT_EQ(90000, Of(0, &INMFVDeinterlace::GetSegmentStartFrame));
 }
 
 TEST_F(Segments, RangesComeBeforeTheLookUp) {
-    constexpr struct {
-        LONG hours, minutes, seconds, milliSeconds;
-    } kRefused[] = {{1000, 0, 0, 0}, {0, 60, 0, 0}, {0, 0, 60, 0}, {0, 0, 0, 1000}, {-1, 0, 0, 0}, {0, -1, 0, 0}};
+    constexpr LONG kRefused[][4] = {{1000, 0, 0, 0}, {0, 60, 0, 0}, {0, 0, 60, 0}, {0, 0, 0, 1000},
+                                    {-1, 0, 0, 0},   {0, -1, 0, 0}, {0, 0, -1, 0}, {0, 0, 0, -1}};
     Control()->AddSegment(0);
     Control()->SetSegmentStartTime(0, 1, 2, 3, 4);
     for (const auto& row : kRefused) {
-        EXPECT_HR(E_INVALIDARG,
-                  Control()->SetSegmentStartTime(0, row.hours, row.minutes, row.seconds, row.milliSeconds));
+        EXPECT_HR(E_INVALIDARG, Control()->SetSegmentStartTime(0, row[0], row[1], row[2], row[3]));
     }
     for (const INT64 frame : {INT64{108'000'000}, INT64{-1}, INT64_MIN, INT64_MAX}) {
         EXPECT_HR(E_INVALIDARG, Control()->SetSegmentStartFrame(0, frame));
@@ -126,18 +110,15 @@ TEST_F(Segments, UnknownIndexAndNullPointers) {
     EXPECT_HR(E_POINTER, Control()->get_SegmentsTimeFormat(nullptr));
     EXPECT_HR(S_OK, Control()->GetSegmentStartTime(0, nullptr, &value, nullptr, nullptr));
     EXPECT_HR(S_OK, Control()->RemoveSegment(0));
-    EXPECT_EQ(0, Count());
+    EXPECT_EQ(0, Get(&INMFVDeinterlace::get_SegmentsCount));
 }
 
 TEST_F(Segments, TimeFormatIsFrameOrTime) {
-    SEGMENT_TIME_FORMAT format{};
-    EXPECT_HR(S_OK, Control()->get_SegmentsTimeFormat(&format));
-    EXPECT_EQ(SEGMENT_TIME_FORMAT_TIME, format);
+    EXPECT_EQ(SEGMENT_TIME_FORMAT_TIME, Get(&INMFVDeinterlace::get_SegmentsTimeFormat));
     EXPECT_HR(S_OK, Control()->put_SegmentsTimeFormat(SEGMENT_TIME_FORMAT_FRAME));
     EXPECT_HR(E_INVALIDARG, Control()->put_SegmentsTimeFormat(static_cast<SEGMENT_TIME_FORMAT>(2)));
     EXPECT_HR(E_INVALIDARG, Control()->put_SegmentsTimeFormat(static_cast<SEGMENT_TIME_FORMAT>(-1)));
-    Control()->get_SegmentsTimeFormat(&format);
-    EXPECT_EQ(SEGMENT_TIME_FORMAT_FRAME, format);
+    EXPECT_EQ(SEGMENT_TIME_FORMAT_FRAME, Get(&INMFVDeinterlace::get_SegmentsTimeFormat));
 }
 
 } // namespace

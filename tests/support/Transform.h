@@ -12,6 +12,18 @@
 #include <mftransform.h>
 #include <ocidl.h>
 
+inline UINT32 StoredNumber(IMFAttributes* store, REFGUID key) {
+    UINT32 value = 0xDEAD;
+    store->GetUINT32(key, &value);
+    return value;
+}
+
+inline UINT32 ItemsOf(IMFAttributes* store) {
+    UINT32 items = 0xDEAD;
+    store->GetCount(&items);
+    return items;
+}
+
 struct TransformUnderTest {
     // False when anything of it failed.
     bool Create() {
@@ -20,6 +32,14 @@ struct TransformUnderTest {
                SUCCEEDED(factory->CreateInstance(nullptr, IID_IMFTransform, transform.PutVoid())) &&
                SUCCEEDED(transform->QueryInterface(IID_INMFVDeinterlace, control.PutVoid())) &&
                SUCCEEDED(transform->GetAttributes(store.Put()));
+    }
+
+    // What a getter of the control interface reports; it must succeed.
+    template <typename Value>
+    Value Get(HRESULT (STDMETHODCALLTYPE INMFVDeinterlace::*getter)(Value*)) const {
+        Value value{};
+        EXPECT_HR(S_OK, (control.Get()->*getter)(&value));
+        return value;
     }
 
     void Release() {
@@ -44,6 +64,11 @@ protected:
     IMFTransform* Mft() { return m_object.transform.Get(); }
     INMFVDeinterlace* Control() { return m_object.control.Get(); }
     IMFAttributes* Store() { return m_object.store.Get(); }
+
+    template <typename Value>
+    Value Get(HRESULT (STDMETHODCALLTYPE INMFVDeinterlace::*getter)(Value*)) const {
+        return m_object.Get(getter);
+    }
 
     PrivateRegistry m_user{HKEY_CURRENT_USER};
     TransformUnderTest m_object;

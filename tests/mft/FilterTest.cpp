@@ -11,6 +11,7 @@
 #include "NMFVDeinterlaceKeys.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include <mfapi.h>
@@ -53,6 +54,9 @@ public:
     using CDeinterlaceFilter::Transform;
 };
 
+const GUID* const kRegionEdges[] = {&NMFV_DEINTERLACE_ROI_LEFT, &NMFV_DEINTERLACE_ROI_RIGHT, &NMFV_DEINTERLACE_ROI_TOP,
+                                    &NMFV_DEINTERLACE_ROI_BOTTOM};
+
 class Filter : public testing::Test {
 protected:
     void SetFormat(INT32 width, INT32 height, INT32 bits) {
@@ -69,6 +73,13 @@ protected:
         UINT32 value = 0xDEAD;
         m_filter.Store()->GetUINT32(key, &value);
         return value;
+    }
+
+    // Left, right, top, bottom.
+    void SetRegion(std::array<INT32, 4> edges) {
+        for (std::size_t i = 0; i < edges.size(); ++i) {
+            Set(*kRegionEdges[i], edges[i]);
+        }
     }
 
     HRESULT Transform() { return m_filter.Transform(m_input.data(), m_output.data()); }
@@ -113,10 +124,7 @@ TEST_F(Filter, DepthsAndSettings) {
             Set(NMFV_DEINTERLACE_EVEN, settings >> 2 & 1);
             Set(NMFV_DEINTERLACE_MERGE_FIELDS, settings >> 3 & 1);
             Set(NMFV_DEINTERLACE_ENABLE_ROI, settings >> 4 & 1);
-            Set(NMFV_DEINTERLACE_ROI_LEFT, 5);
-            Set(NMFV_DEINTERLACE_ROI_RIGHT, 10);
-            Set(NMFV_DEINTERLACE_ROI_TOP, 1);
-            Set(NMFV_DEINTERLACE_ROI_BOTTOM, 6);
+            SetRegion({5, 10, 1, 6});
             const std::vector<BYTE> expected = Expected(m_output);
             EXPECT_HR(S_OK, Transform());
             EXPECT_EQ(expected, m_output);
@@ -206,22 +214,18 @@ TEST_F(Filter, ColoursOf8BitFrames) {
 TEST_F(Filter, StartLimitsTheRegion) {
     SetFormat(720, 480, 16);
     constexpr struct {
-        INT32 left, right, top, bottom;
-        UINT32 expected[4];
-    } kRows[] = {{10, 2000, 20, 3000, {10, 720, 20, 480}},
-                 {720, 2000, 480, 481, {719, 720, 479, 480}},
-                 {900, 720, 500, 480, {900, 720, 500, 480}}, // nothing is done while right and bottom are within
-                 {-1, -1, -7, -7, {719, 720, 479, 480}}};    // as unsigned numbers
+        std::array<INT32, 4> set;
+        std::array<UINT32, 4> left;
+    } kRows[] = {{{10, 2000, 20, 3000}, {10, 720, 20, 480}},
+                 {{720, 2000, 480, 481}, {719, 720, 479, 480}},
+                 {{900, 720, 500, 480}, {900, 720, 500, 480}}, // nothing is done while right and bottom are within
+                 {{-1, -1, -7, -7}, {719, 720, 479, 480}}};    // as unsigned numbers
     for (const auto& row : kRows) {
-        Set(NMFV_DEINTERLACE_ROI_LEFT, row.left);
-        Set(NMFV_DEINTERLACE_ROI_RIGHT, row.right);
-        Set(NMFV_DEINTERLACE_ROI_TOP, row.top);
-        Set(NMFV_DEINTERLACE_ROI_BOTTOM, row.bottom);
+        SetRegion(row.set);
         EXPECT_HR(S_OK, m_filter.StartStreaming());
-        EXPECT_EQ(row.expected[0], Get(NMFV_DEINTERLACE_ROI_LEFT));
-        EXPECT_EQ(row.expected[1], Get(NMFV_DEINTERLACE_ROI_RIGHT));
-        EXPECT_EQ(row.expected[2], Get(NMFV_DEINTERLACE_ROI_TOP));
-        EXPECT_EQ(row.expected[3], Get(NMFV_DEINTERLACE_ROI_BOTTOM));
+        for (std::size_t i = 0; i < row.left.size(); ++i) {
+            EXPECT_EQ(row.left[i], Get(*kRegionEdges[i])) << "row " << &row - kRows << " edge " << i;
+        }
     }
     SetFormat(0, 0, 16);
     EXPECT_HR(E_UNEXPECTED, m_filter.StartStreaming());
@@ -318,10 +322,8 @@ TEST_F(Filter, ReadsEachSettingOnce) {
 // Any numbers in the store, frames between closed pages.
 TEST_F(Filter, WildStoresStayWithinTheFrames) {
     constexpr struct { INT32 width, height, bits; } kFrames[] = {{16, 8, 16}, {15, 9, 24}, {33, 7, 8}, {5, 64, 32}};
-    const GUID* const kEdges[] = {&NMFV_DEINTERLACE_ROI_LEFT,       &NMFV_DEINTERLACE_ROI_RIGHT,
-                                  &NMFV_DEINTERLACE_ROI_TOP,        &NMFV_DEINTERLACE_ROI_BOTTOM,
-                                  &NMFV_DEINTERLACE_PROTECTED_LEFT, &NMFV_DEINTERLACE_PROTECTED_RIGHT,
-                                  &NMFV_DEINTERLACE_PROTECTED_TOP,  &NMFV_DEINTERLACE_PROTECTED_BOTTOM};
+    const GUID* const kProtectedEdges[] = {&NMFV_DEINTERLACE_PROTECTED_LEFT, &NMFV_DEINTERLACE_PROTECTED_RIGHT,
+                                           &NMFV_DEINTERLACE_PROTECTED_TOP, &NMFV_DEINTERLACE_PROTECTED_BOTTOM};
     GuardedBlocks blocks(2, 4096);
     for (const auto& frame : kFrames) {
         SetFormat(frame.width, frame.height, frame.bits);
@@ -334,8 +336,9 @@ TEST_F(Filter, WildStoresStayWithinTheFrames) {
         };
         m_filter.m_pStore.Share(&store);
         for (int round = 0; round < 3000; ++round) {
-            for (const GUID* key : kEdges) {
-                real->SetUINT32(*key, static_cast<UINT32>(m_random.Edge(frame.width)));
+            for (int i = 0; i < 4; ++i) {
+                real->SetUINT32(*kRegionEdges[i], static_cast<UINT32>(m_random.Edge(frame.width)));
+                real->SetUINT32(*kProtectedEdges[i], static_cast<UINT32>(m_random.Edge(frame.width)));
             }
             for (const GUID* key : {&NMFV_DEINTERLACE_ENABLE_ROI, &NMFV_DEINTERLACE_ENABLE_PROTECTED_AREA,
                                     &NMFV_DEINTERLACE_MERGE_FIELDS, &NMFV_DEINTERLACE_EVEN}) {

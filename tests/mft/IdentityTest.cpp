@@ -1,9 +1,6 @@
 // One object, three interfaces, one reference count.
 #include "com/BaseObject.h"
-#include "tests/support/Media.h"
 #include "tests/support/Transform.h"
-
-#include <mfidl.h>
 
 namespace {
 
@@ -55,32 +52,6 @@ TEST_F(Identity, FactoryRefusals) {
     EXPECT_HR(E_POINTER, factory->CreateInstance(nullptr, IID_IUnknown, nullptr));
     EXPECT_EQ(objects, g_ObjectCount);
     ExpectRefs(factory.Get(), 1);
-}
-
-TEST_F(Identity, ObjectsAndLocksAreCounted) {
-    const LONG objects = g_ObjectCount;
-    CComRef<IClassFactory> factory;
-    ASSERT_HR(S_OK, GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, factory.PutVoid()));
-    EXPECT_EQ(objects, g_ObjectCount);
-    EXPECT_HR(S_OK, factory->LockServer(TRUE));
-    EXPECT_EQ(objects + 1, g_ObjectCount);
-    EXPECT_HR(S_OK, factory->LockServer(FALSE));
-    TransformUnderTest other;
-    ASSERT_TRUE(other.Create());
-    EXPECT_EQ(objects + 1, g_ObjectCount);
-    other.Release();
-    EXPECT_EQ(objects, g_ObjectCount);
-}
-
-TEST_F(Identity, AttributesAreTheSettings) {
-    EXPECT_HR(E_POINTER, Mft()->GetAttributes(nullptr));
-    CComRef<IMFAttributes> again;
-    ASSERT_HR(S_OK, Mft()->GetAttributes(again.Put()));
-    EXPECT_EQ(Store(), again.Get());
-    again->SetUINT32(NMFV_DEINTERLACE_EVEN, 1);
-    VARIANT_BOOL even = 0;
-    Control()->get_Even(&even);
-    EXPECT_EQ(VARIANT_TRUE, even);
 }
 
 } // namespace

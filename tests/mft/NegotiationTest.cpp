@@ -24,13 +24,11 @@ TEST_F(Negotiation, OffersFourPartialTypes) {
         CComRef<IMFMediaType> type;
         ASSERT_HR(S_OK, Mft()->GetInputAvailableType(0, i, type.Put()));
         GUID major{}, subtype{};
-        UINT32 items = 0;
         type->GetGUID(MF_MT_MAJOR_TYPE, &major);
         type->GetGUID(MF_MT_SUBTYPE, &subtype);
-        type->GetCount(&items);
         EXPECT_TRUE(major == MFMediaType_Video);
         EXPECT_TRUE(subtype == *expected[i]) << i;
-        EXPECT_EQ(2u, items);
+        EXPECT_EQ(2u, ItemsOf(type.Get()));
         ExpectRefs(type.Get(), 1);
     }
     CComRef<IMFMediaType> type;
@@ -41,6 +39,7 @@ TEST_F(Negotiation, OffersFourPartialTypes) {
 
 TEST_F(Negotiation, NullPointers) {
     DWORD n = 0;
+    EXPECT_HR(E_POINTER, Mft()->GetAttributes(nullptr));
     EXPECT_HR(E_INVALIDARG, Mft()->GetInputAvailableType(0, 0, nullptr));
     EXPECT_HR(E_INVALIDARG, Mft()->GetOutputAvailableType(0, 0, nullptr));
     EXPECT_HR(E_POINTER, Mft()->GetInputCurrentType(0, nullptr));
@@ -125,11 +124,8 @@ TEST_F(Negotiation, OutputIsTheInput) {
     EXPECT_HR(MF_E_NO_MORE_TYPES, Mft()->GetOutputAvailableType(0, 1, offered.Put()));
     EXPECT_HR(MF_E_INVALIDSTREAMNUMBER, Mft()->GetOutputAvailableType(1, 0, offered.Put()));
     ASSERT_HR(S_OK, Mft()->GetOutputAvailableType(0, 0, offered.Put()));
-    UINT32 fixed = 0, size = 0;
-    EXPECT_HR(S_OK, offered->GetUINT32(MF_MT_FIXED_SIZE_SAMPLES, &fixed));
-    EXPECT_HR(S_OK, offered->GetUINT32(MF_MT_SAMPLE_SIZE, &size));
-    EXPECT_EQ(1u, fixed);
-    EXPECT_EQ(691200u, size);
+    EXPECT_EQ(1u, StoredNumber(offered.Get(), MF_MT_FIXED_SIZE_SAMPLES));
+    EXPECT_EQ(691200u, StoredNumber(offered.Get(), MF_MT_SAMPLE_SIZE));
     EXPECT_HR(MF_E_TRANSFORM_TYPE_NOT_SET, Mft()->GetOutputCurrentType(0, current.Put()));
     EXPECT_HR(S_OK, Mft()->SetOutputType(0, type.Get(), 0));
     EXPECT_HR(S_OK, Mft()->GetOutputCurrentType(0, current.Put()));
@@ -166,9 +162,7 @@ TEST_F(Negotiation, ClearingAndArguments) {
     EXPECT_HR(S_OK, Mft()->SetInputType(5, nullptr, 0));
     EXPECT_HR(MF_E_TRANSFORM_TYPE_NOT_SET, Mft()->GetInputCurrentType(0, current.Put()));
     EXPECT_HR(S_OK, Mft()->GetOutputCurrentType(0, current.Put())); // stays
-    LONG width = 0;
-    Control()->get_InWidth(&width);
-    EXPECT_EQ(8, width); // the format stays too
+    EXPECT_EQ(8, Get(&INMFVDeinterlace::get_InWidth));              // the format stays too
     EXPECT_HR(S_OK, Mft()->SetOutputType(5, nullptr, 0));
     ExpectRefs(type.Get(), 1);
     EXPECT_HR(MF_E_INVALIDSTREAMNUMBER, Mft()->GetInputCurrentType(1, current.Put()));
@@ -176,16 +170,12 @@ TEST_F(Negotiation, ClearingAndArguments) {
 
 TEST_F(Negotiation, FrameRateMayBeMissing) {
     CComRef<IMFMediaType> fast, none;
-    double rate = 0;
     MakeVideoType(MFVideoFormat_RGB24, 8, 8, fast, 50);
     MakeVideoType(MFVideoFormat_YUY2, 8, 8, none, 0);
     ASSERT_HR(S_OK, Mft()->SetInputType(0, fast.Get(), 0));
     ASSERT_HR(S_OK, Mft()->SetInputType(0, none.Get(), 0));
-    Control()->get_FrameRate(&rate);
-    EXPECT_EQ(50.0, rate); // the earlier values stay
-    LONG bits = 0;
-    Control()->get_InBits(&bits);
-    EXPECT_EQ(16, bits);
+    EXPECT_EQ(50.0, Get(&INMFVDeinterlace::get_FrameRate)); // the earlier values stay
+    EXPECT_EQ(16, Get(&INMFVDeinterlace::get_InBits));
 }
 
 TEST_F(Negotiation, IncompleteTypesPassTheirErrorOn) {

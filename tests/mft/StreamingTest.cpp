@@ -12,6 +12,18 @@ namespace {
 
 constexpr DWORD kFrameBytes = 8 * 8 * 2;
 
+// A sample of the caller's with its one buffer, both hooked.
+struct HookedFrame {
+    explicit HookedFrame(const std::vector<BYTE>& bytes)
+        : buffer(MakeBuffer(bytes, realBuffer))
+        , sample(MakeSample(&buffer, realSample)) {}
+
+    CComRef<IMFMediaBuffer> realBuffer;
+    HookedBuffer buffer;
+    CComRef<IMFSample> realSample;
+    HookedSample sample;
+};
+
 class Streaming : public TransformTest {
 protected:
     void SetUp() override {
@@ -110,9 +122,7 @@ TEST_F(Streaming, PassesPictureLengthAndTimingOn) {
         EXPECT_EQ(timed, SUCCEEDED(output->GetSampleDuration(&duration)));
         EXPECT_EQ(timed ? 400000 : -1, time);
         EXPECT_EQ(timed ? 333667 : -1, duration);
-        UINT32 items = 9;
-        output->GetCount(&items);
-        EXPECT_EQ(0u, items);
+        EXPECT_EQ(0u, ItemsOf(output.Get()));
         ExpectRefs(input.Get(), 1);
         EXPECT_HR(MF_E_TRANSFORM_NEED_MORE_INPUT, Output(output.Get())); // never two for one
     }
@@ -157,55 +167,38 @@ TEST_F(Streaming, FailuresOfTheCallersObjects) {
                  {"Lock", false, true}};
     for (const auto& row : kRows) {
         SCOPED_TRACE(testing::Message() << row.method << (row.ofInput ? " of input" : " of output"));
-        CComRef<IMFMediaBuffer> inBytes, outBytes;
-        MakeBuffer(m_picture, inBytes);
-        MakeBuffer(m_picture, outBytes);
-        HookedBuffer inBuffer(inBytes.Get()), outBuffer(outBytes.Get());
-        {
-            CComRef<IMFSample> inReal, outReal;
-            MakeSample(&inBuffer, inReal);
-            MakeSample(&outBuffer, outReal);
-            inReal->SetSampleTime(1);
-            inReal->SetSampleDuration(2);
-            HookedSample input(inReal.Get()), output(outReal.Get());
-            (row.ofBuffer ? (row.ofInput ? inBuffer.hook : outBuffer.hook) : (row.ofInput ? input.hook : output.hook))
-                .Fail(row.method, E_ABORT);
-            ASSERT_HR(S_OK, Mft()->ProcessInput(0, &input, 0));
-            EXPECT_EQ(1u, input.References());
-            EXPECT_HR(E_ABORT, Output(&output));
-            EXPECT_EQ(0u, input.References());
-            EXPECT_EQ(0u, output.References());
-            EXPECT_HR(MF_E_TRANSFORM_NEED_MORE_INPUT, Output(&output));
+        HookedFrame input(m_picture), output(m_picture);
+        input.sample.SetSampleTime(1);
+        input.sample.SetSampleDuration(2);
+        HookedFrame& failing = row.ofInput ? input : output;
+        (row.ofBuffer ? failing.buffer.hook : failing.sample.hook).Fail(row.method, E_ABORT);
+        ASSERT_HR(S_OK, Mft()->ProcessInput(0, &input.sample, 0));
+        EXPECT_EQ(1u, input.sample.References());
+        EXPECT_HR(E_ABORT, Output(&output.sample));
+        EXPECT_HR(MF_E_TRANSFORM_NEED_MORE_INPUT, Output(&output.sample));
+        for (const HookedFrame* frame : {&input, &output}) {
+            EXPECT_EQ(0u, frame->sample.References());
+            EXPECT_EQ(1u, frame->buffer.References()); // its sample's
         }
-        EXPECT_EQ(0u, inBuffer.References());
-        EXPECT_EQ(0u, outBuffer.References());
     }
-    CComRef<IMFSample> real;
-    MakeSample(m_picture, real);
-    HookedSample sample(real.Get());
-    sample.hook.Fail("GetBufferCount", E_ABORT);
-    EXPECT_HR(E_ABORT, Mft()->ProcessInput(0, &sample, 0));
-    EXPECT_EQ(0u, sample.References());
+    HookedFrame refused(m_picture);
+    refused.sample.hook.Fail("GetBufferCount", E_ABORT);
+    EXPECT_HR(E_ABORT, Mft()->ProcessInput(0, &refused.sample, 0));
+    EXPECT_EQ(0u, refused.sample.References());
 }
 
 TEST_F(Streaming, LockFailures) {
     SetTypes();
     for (const bool outputFails : {false, true}) {
-        CComRef<IMFMediaBuffer> inBytes, outBytes;
-        MakeBuffer(m_picture, inBytes);
-        MakeBuffer(m_picture, outBytes);
-        HookedBuffer input(inBytes.Get()), output(outBytes.Get());
+        HookedFrame input(m_picture), output(m_picture);
         if (outputFails) {
-            output.hook.Fail("Lock", E_ABORT);
+            output.buffer.hook.Fail("Lock", E_ABORT);
         }
-        CComRef<IMFSample> in, out;
-        MakeSample(&input, in);
-        MakeSample(&output, out);
-        ASSERT_HR(S_OK, Mft()->ProcessInput(0, in.Get(), 0));
-        EXPECT_HR(outputFails ? E_ABORT : S_OK, Output(out.Get()));
-        EXPECT_EQ(1, input.hook.calls["Lock"]);
-        EXPECT_EQ(outputFails ? 0 : 1, input.hook.calls["Unlock"]);
-        EXPECT_EQ(outputFails ? 0 : 1, output.hook.calls["Unlock"]);
+        ASSERT_HR(S_OK, Mft()->ProcessInput(0, &input.sample, 0));
+        EXPECT_HR(outputFails ? E_ABORT : S_OK, Output(&output.sample));
+        EXPECT_EQ(1, input.buffer.hook.calls["Lock"]);
+        EXPECT_EQ(outputFails ? 0 : 1, input.buffer.hook.calls["Unlock"]);
+        EXPECT_EQ(outputFails ? 0 : 1, output.buffer.hook.calls["Unlock"]);
     }
 }
 
@@ -213,30 +206,18 @@ TEST_F(Streaming, ShortBuffersAreRefused) {
     SetTypes();
     const std::vector<BYTE> little(kFrameBytes - 1, 7);
     for (const bool inputIsShort : {true, false}) {
-        CComRef<IMFMediaBuffer> inBytes, outBytes;
-        MakeBuffer(inputIsShort ? little : m_picture, inBytes);
-        MakeBuffer(inputIsShort ? m_picture : little, outBytes);
-        HookedBuffer input(inBytes.Get()), output(outBytes.Get());
-        CComRef<IMFSample> in, out;
-        MakeSample(&input, in);
-        MakeSample(&output, out);
-        ASSERT_HR(S_OK, Mft()->ProcessInput(0, in.Get(), 0));
-        EXPECT_HR(MF_E_BUFFERTOOSMALL, Output(out.Get()));
-        EXPECT_EQ(0, output.hook.calls["SetCurrentLength"]);
-        EXPECT_EQ(1, input.hook.calls["Unlock"]);
-        EXPECT_EQ(1, output.hook.calls["Unlock"]);
+        HookedFrame input(inputIsShort ? little : m_picture), output(inputIsShort ? m_picture : little);
+        ASSERT_HR(S_OK, Mft()->ProcessInput(0, &input.sample, 0));
+        EXPECT_HR(MF_E_BUFFERTOOSMALL, Output(&output.sample));
+        EXPECT_EQ(0, output.buffer.hook.calls["SetCurrentLength"]);
+        EXPECT_EQ(1, input.buffer.hook.calls["Unlock"]);
+        EXPECT_EQ(1, output.buffer.hook.calls["Unlock"]);
         EXPECT_FALSE(IsHolding());
     }
-    // A buffer that can't tell its size is trusted.
-    CComRef<IMFMediaBuffer> bytes;
-    MakeBuffer(m_picture, bytes);
-    HookedBuffer silent(bytes.Get());
-    silent.hook.Fail("GetMaxLength", E_NOTIMPL);
-    CComRef<IMFSample> in, out;
-    MakeSample(&silent, in);
-    MakeSample(m_picture, out);
-    ASSERT_HR(S_OK, Mft()->ProcessInput(0, in.Get(), 0));
-    EXPECT_HR(S_OK, Output(out.Get()));
+    HookedFrame silent(m_picture), output(m_picture); // a buffer that can't tell its size is trusted
+    silent.buffer.hook.Fail("GetMaxLength", E_NOTIMPL);
+    ASSERT_HR(S_OK, Mft()->ProcessInput(0, &silent.sample, 0));
+    EXPECT_HR(S_OK, Output(&output.sample));
 }
 
 // Sizes that are none, or overflow: the frame is not touched, and its length not set.
@@ -255,16 +236,11 @@ TEST_F(Streaming, UnprocessableFrames) {
         ++accepted;
         ASSERT_HR(S_OK, Mft()->SetOutputType(0, type.Get(), 0));
         EXPECT_HR(S_OK, Mft()->ProcessMessage(MFT_MESSAGE_NOTIFY_START_OF_STREAM, 0));
-        CComRef<IMFMediaBuffer> outBytes;
-        MakeBuffer(m_picture, outBytes);
-        HookedBuffer output(outBytes.Get());
-        CComRef<IMFSample> in, out;
-        MakeSample(std::vector<BYTE>(kFrameBytes, 0xEE), in);
-        MakeSample(&output, out);
-        ASSERT_HR(S_OK, Mft()->ProcessInput(0, in.Get(), 0));
-        EXPECT_HR(S_OK, Output(out.Get()));
-        EXPECT_EQ(0, output.hook.calls["SetCurrentLength"]);
-        EXPECT_EQ(m_picture, BytesOf(out.Get()));
+        HookedFrame input(std::vector<BYTE>(kFrameBytes, 0xEE)), output(m_picture);
+        ASSERT_HR(S_OK, Mft()->ProcessInput(0, &input.sample, 0));
+        EXPECT_HR(S_OK, Output(&output.sample));
+        EXPECT_EQ(0, output.buffer.hook.calls["SetCurrentLength"]);
+        EXPECT_EQ(m_picture, BytesOf(&output.sample));
         EXPECT_HR(S_OK, Mft()->ProcessMessage(MFT_MESSAGE_NOTIFY_END_OF_STREAM, 0));
     }
     EXPECT_GT(accepted, 0);

@@ -20,20 +20,22 @@ inline void MakeVideoType(REFGUID subtype, UINT32 width, UINT32 height, CComRef<
     }
 }
 
-inline void MakeBuffer(const std::vector<BYTE>& bytes, CComRef<IMFMediaBuffer>& buffer) {
+inline IMFMediaBuffer* MakeBuffer(const std::vector<BYTE>& bytes, CComRef<IMFMediaBuffer>& buffer) {
     MFCreateMemoryBuffer(static_cast<DWORD>(bytes.size()), buffer.Put());
     BYTE* data = nullptr;
     buffer->Lock(&data, nullptr, nullptr);
     std::memcpy(data, bytes.data(), bytes.size());
     buffer->Unlock();
     buffer->SetCurrentLength(static_cast<DWORD>(bytes.size()));
+    return buffer.Get();
 }
 
-inline void MakeSample(IMFMediaBuffer* buffer, CComRef<IMFSample>& sample) {
+inline IMFSample* MakeSample(IMFMediaBuffer* buffer, CComRef<IMFSample>& sample) {
     MFCreateSample(sample.Put());
     if (buffer) {
         sample->AddBuffer(buffer);
     }
+    return sample.Get();
 }
 
 inline void MakeSample(const std::vector<BYTE>& bytes, CComRef<IMFSample>& sample) {

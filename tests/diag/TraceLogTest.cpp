@@ -1,5 +1,8 @@
 // The trace file as modules of one process share it.
 #include "tests/diag/TracingModule.h"
+#include "tests/support/DebuggerTexts.h"
+#include "tests/support/Files.h"
+#include "tests/support/Heap.h"
 
 #include "diag/Trace.h"
 #include "diag/TracePaths.h"
@@ -32,14 +35,18 @@ bool ComesTrue(const std::function<bool()>& condition, DWORD milliseconds) {
     return true;
 }
 
+std::string Contents(const std::filesystem::path& path) {
+    return ReadFileBytes<std::string>(path);
+}
+
 class TraceLog : public testing::Test {
 protected:
     bool FileBecomes(const std::string& contents, DWORD milliseconds) const {
         return ComesTrue([&] { return Contents(m_file) == contents; }, milliseconds);
     }
 
-    const TraceFolder m_folder;
-    const std::filesystem::path m_file = m_folder.File();
+    const TempFolder m_folder;
+    const std::filesystem::path m_file = m_folder.Path() / "Trace.txt";
 };
 
 // Whole lines only, each thread's in order, none missing.
@@ -172,18 +179,6 @@ TEST_F(TraceLog, NamedStopwatch) {
     EXPECT_TRUE(std::regex_match(Contents(m_file), std::regex(kMark + "\r\nslow \\d{3}ms"))) << Contents(m_file);
 }
 
-// Every debugger text of this process, as long as it lives.
-std::string g_debugged;
-
-LONG CALLBACK NoteDebugText(EXCEPTION_POINTERS* pointers) {
-    const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
-    if (record.ExceptionCode != DBG_PRINTEXCEPTION_C) {
-        return EXCEPTION_CONTINUE_SEARCH;
-    }
-    g_debugged += reinterpret_cast<const char*>(record.ExceptionInformation[1]);
-    return EXCEPTION_CONTINUE_EXECUTION;
-}
-
 TEST_F(TraceLog, Switches) {
     constexpr struct {
         std::uint32_t flags;
@@ -195,14 +190,12 @@ TEST_F(TraceLog, Switches) {
         {kTraceMaster | kTraceDebugger, "", "\r\na"},
         {kToFile | kTraceDebugger, "\r\na", "\r\na"},
     };
-    void* const handler = AddVectoredExceptionHandler(1, &NoteDebugText);
     for (const auto& c : kCases) {
-        g_debugged.clear();
+        const DebuggerTexts debugged;
         TracingModule(kOneModule, c.flags, m_file).Line("a");
         EXPECT_EQ(*c.file ? kMark + c.file : "", Contents(m_file)) << c.flags;
-        EXPECT_EQ(c.debugger, g_debugged) << c.flags;
+        EXPECT_EQ(c.debugger, debugged.All()) << c.flags;
     }
-    RemoveVectoredExceptionHandler(handler);
 }
 
 TEST_F(TraceLog, TimerLeavesWhatIsTooSoonOrBusy) {
@@ -241,12 +234,7 @@ struct Belongings {
 
     static Belongings Now() {
         Belongings now;
-        const HANDLE heap = GetProcessHeap();
-        HeapLock(heap);
-        for (PROCESS_HEAP_ENTRY entry = {}; HeapWalk(heap, &entry);) {
-            now.bytes += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) ? static_cast<std::int64_t>(entry.cbData) : 0;
-        }
-        HeapUnlock(heap);
+        now.bytes = BusyBytes(GetProcessHeap());
         const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
         THREADENTRY32 thread = {};
         thread.dwSize = sizeof(thread);

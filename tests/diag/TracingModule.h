@@ -3,8 +3,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include <windows.h>
@@ -40,33 +38,6 @@ public:
 private:
     HMODULE m_module;
 };
-
-// A folder for one test's files; gone with it.
-class TraceFolder {
-public:
-    TraceFolder()
-        : m_folder(std::filesystem::temp_directory_path() /
-                   ("nmfv-trace-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(GetTickCount()))) {
-        std::filesystem::create_directories(m_folder);
-    }
-    TraceFolder(const TraceFolder&) = delete;
-    TraceFolder& operator=(const TraceFolder&) = delete;
-    ~TraceFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_folder, ignored);
-    }
-
-    std::filesystem::path File() const { return m_folder / "Trace.txt"; }
-
-private:
-    std::filesystem::path m_folder;
-};
-
-inline std::string Contents(const std::filesystem::path& path) {
-    std::ostringstream contents;
-    contents << std::ifstream(path, std::ios::binary).rdbuf();
-    return contents.str();
-}
 
 // Holds a file open so that nobody else gets it.
 class LockedFile {

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -41,8 +41,10 @@ private:
 // A std::string or a vector of bytes; empty when there is no such file.
 template <typename Bytes>
 Bytes ReadFileBytes(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream contents;
+    contents << std::ifstream(path, std::ios::binary).rdbuf();
+    const std::string text = contents.str();
+    return {text.begin(), text.end()};
 }
 
 template <typename Bytes>

@@ -2,6 +2,8 @@
 
 #include "engine/FrameShape.h"
 
+#include <cstring>
+
 namespace host {
 
 namespace {
@@ -35,6 +37,17 @@ std::size_t FrameStride(Pixels pixels, int width) {
 
 std::size_t FrameSize(Pixels pixels, int width, int height) {
     return FrameStride(pixels, width) * static_cast<std::size_t>(height);
+}
+
+bool PicturesDiffer(Pixels pixels, int width, int height, const std::uint8_t* a, const std::uint8_t* b) {
+    const std::size_t stride = FrameStride(pixels, width);
+    const std::size_t row = static_cast<std::size_t>(width) * static_cast<std::size_t>(TraitsOf(pixels).bits) / 8;
+    for (std::size_t at = 0; at < stride * static_cast<std::size_t>(height); at += stride) {
+        if (std::memcmp(a + at, b + at, row) != 0) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace host

@@ -26,6 +26,9 @@ std::optional<Pixels> PixelsByName(std::string_view name);
 std::size_t FrameStride(Pixels pixels, int width);
 std::size_t FrameSize(Pixels pixels, int width, int height);
 
+// Whether two frames show different pictures; the padding of rows is no part of them.
+bool PicturesDiffer(Pixels pixels, int width, int height, const std::uint8_t* a, const std::uint8_t* b);
+
 // The longest side that the tool takes: a frame of it still fits the transform's 32-bit sizes.
 inline constexpr int kMaxSide = 16384;
 

@@ -14,8 +14,6 @@
 #include "host/win/Png.h"
 #include "host/win/TransformClient.h"
 
-#include <cstring>
-
 namespace host {
 
 namespace {
@@ -52,19 +50,6 @@ private:
     std::uint64_t m_called = 0;
     std::uint64_t m_deinterlaced = 0;
 };
-
-// True when the pictures differ; the padding of rows is no part of them.
-bool Differ(const StreamShape& shape, const std::uint8_t* a, const std::uint8_t* b) {
-    const std::size_t stride = FrameStride(shape.pixels, shape.width);
-    const std::size_t row =
-        static_cast<std::size_t>(shape.width) * static_cast<std::size_t>(TraitsOf(shape.pixels).bits) / 8;
-    for (std::size_t at = 0; at < stride * static_cast<std::size_t>(shape.height); at += stride) {
-        if (std::memcmp(a + at, b + at, row) != 0) {
-            return true;
-        }
-    }
-    return false;
-}
 
 // An output file or pipe and what is written to it; nothing at all for --to none.
 class COutput {
@@ -181,7 +166,10 @@ void RunDeinterlace(const Command& command) {
             }
             const std::uint8_t* const result = client.Process();
             output.Write(result);
-            summary.changed += !command.options.quiet && Differ(shape, client.Input(), result) ? 1 : 0;
+            summary.changed += !command.options.quiet &&
+                                       PicturesDiffer(shape.pixels, shape.width, shape.height, client.Input(), result)
+                                   ? 1
+                                   : 0;
             stills.Look(summary.frames, client.Input(), result);
             progress.Update(++summary.frames);
         }

@@ -24,7 +24,9 @@ void Must(HRESULT result, const char* what) {
     Check(result, ExitCode::Transform, what);
 }
 
-ComPtr<IMFMediaType> MakeType(const StreamShape& shape) {
+} // namespace
+
+ComPtr<IMFMediaType> MakeVideoType(const StreamShape& shape) {
     ComPtr<IMFMediaType> type;
     Must(MFCreateMediaType(type.GetAddressOf()), "a media type cannot be made");
     const auto width = static_cast<UINT32>(shape.width);
@@ -43,8 +45,6 @@ ComPtr<IMFMediaType> MakeType(const StreamShape& shape) {
     }
     return type;
 }
-
-} // namespace
 
 CFrameSample::CFrameSample(std::size_t bytes) {
     Must(MFCreateMemoryBuffer(static_cast<DWORD>(bytes), m_buffer.GetAddressOf()), "a frame buffer cannot be made");
@@ -91,7 +91,7 @@ CTransformClient::~CTransformClient() {
 }
 
 void CTransformClient::SetTypes() {
-    const ComPtr<IMFMediaType> type = MakeType(m_shape);
+    const ComPtr<IMFMediaType> type = MakeVideoType(m_shape);
     const std::string format = TraitsOf(m_shape.pixels).name;
     Check(m_transform->SetInputType(0, type.Get(), 0), ExitCode::Transform,
           "the transform does not take " + format + " frames of " + std::to_string(m_shape.width) + "x" +

@@ -22,6 +22,9 @@ struct StreamShape {
     Rational rate{25, 1};
 };
 
+// The media type of such a stream. Throws HostError with ExitCode::Transform.
+Microsoft::WRL::ComPtr<IMFMediaType> MakeVideoType(const StreamShape& shape);
+
 // One sample with one buffer of a fixed size, used for every frame.
 class CFrameSample {
 public:
@@ -55,6 +58,9 @@ public:
     const std::uint8_t* Process();
     // Tells the transform that the stream has ended, and saves its settings when they are to be saved.
     void Finish();
+
+    // For those who look at its settings or change them meanwhile; any thread may.
+    CHeldTransform& Transform() { return m_transform; }
 
     const ActiveSettings& Active() const { return m_active; }
     std::size_t FrameBytes() const { return m_frameBytes; }

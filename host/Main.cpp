@@ -17,6 +17,9 @@ void ShowHelp(const host::Command& command);
 
 constexpr std::string_view kRegistrationOptions[] = {"--dll", "--quiet"};
 
+constexpr std::string_view kPagesOptions[] = {"--live", "--no-save", "--dll",  "--registered", "--quiet",
+                                              "--from", "--raw",     "--feed", "--lines",      "--cut-off"};
+
 constexpr host::VerbRow kVerbs[] = {
     {"deinterlace", "INPUT OUTPUT", "Sends INPUT through the transform to OUTPUT. \"--to none\" needs no OUTPUT.", 2, 2,
      &host::RunDeinterlace},
@@ -24,6 +27,11 @@ constexpr host::VerbRow kVerbs[] = {
      "Prints what the combing detector counts in every frame, and in the end which sensitivity tells the clip's "
      "interlaced frames from the others. Needs no transform.",
      1, 1, &host::RunAnalyse},
+    {"pages", "",
+     "Shows the transform's property pages with your saved settings. What you apply there becomes your saved settings "
+     "when the sheet closes, unless --no-save is given; nothing applied, nothing saved. With --live INPUT each change "
+     "is seen on the next frame.",
+     0, 0, &host::RunPages, kPagesOptions},
     {"register", "",
      "Registers NMFVDeitrx.dll (the one beside this program, or --dll FILE) for all programs, without any box. A newer "
      "registered copy stays. Needs administrator rights.",

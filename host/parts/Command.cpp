@@ -49,9 +49,18 @@ const VerbRow& TakeVerb(std::span<const VerbRow> verbs, std::vector<std::string>
     return verbs[0];
 }
 
+bool Knows(const VerbRow& verb, std::string_view option) {
+    if (!verb.options.empty()) {
+        return std::find(verb.options.begin(), verb.options.end(), option) != verb.options.end();
+    }
+    const auto rows = AllOptions();
+    return std::none_of(rows.begin(), rows.end(),
+                        [option](const OptionRow& row) { return row.name == option && row.listedOnly; });
+}
+
 void CheckOptions(const VerbRow& verb, const Options& options) {
     for (const std::string_view given : options.given) {
-        if (!verb.options.empty() && std::find(verb.options.begin(), verb.options.end(), given) == verb.options.end()) {
+        if (!Knows(verb, given)) {
             Misused(std::string(verb.name) + " has no option " + std::string(given) +
                     "; nmfvdeint --help tells which it has.");
         }
@@ -127,7 +136,7 @@ Command ParseCommand(std::span<const VerbRow> verbs, std::span<const std::string
     CheckTogether(command.options);
     CheckOptions(*command.verb, command.options);
     CheckFiles(*command.verb, command.verb == verbs.data(), files, command.options);
-    command.input = files.empty() ? std::string() : files[0];
+    command.input = files.empty() ? command.options.live : files[0];
     if (files.size() > 1) {
         command.output = files[1];
         command.outputKind = command.options.to ? *command.options.to : OutputKindOf(command.output);

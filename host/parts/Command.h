@@ -19,7 +19,7 @@ struct VerbRow {
     std::size_t leastFiles;
     std::size_t mostFiles;
     void (*run)(const Command& command);            // throws HostError
-    std::span<const std::string_view> options = {}; // the only ones that it knows; empty: all
+    std::span<const std::string_view> options = {}; // the only ones that it knows; empty: all but the listed-only ones
 };
 
 struct Command {

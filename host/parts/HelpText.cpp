@@ -21,6 +21,7 @@ constexpr std::string_view kExamples =
     "  nmfvdeint capture.avi clean.avi --method rebuild --mode all\n"
     "  nmfvdeint clip.y4m --to none --still 120 before-after.png\n"
     "  nmfvdeint analyse clip.y4m\n"
+    "  nmfvdeint pages --live clip.y4m\n"
     "  nmfvdeint register\n"
     "  ffmpeg -i tape.mpg -pix_fmt yuv422p -f yuv4mpegpipe - |\n"
     "    nmfvdeint - - --sensitivity 0.3 | ffmpeg -i - -c:v libx264 clean.mp4\n"
@@ -34,7 +35,8 @@ constexpr std::string_view kExamples =
     "\n"
     "Exit codes:\n"
     "  0 done   1 command line   2 input   3 output   4 transform   5 interrupted\n"
-    "  6 registration: could not be changed, or verify found something wrong\n";
+    "  6 registration: could not be changed, or verify found something wrong\n"
+    "  7 no desktop to show windows on\n";
 
 } // namespace
 

@@ -15,6 +15,7 @@ enum class ExitCode {
     Transform = 4,
     Interrupted = 5,
     Registration = 6,
+    Display = 7,
 };
 
 // `what()` is UTF-8 and names the file, the position where there is one, and what to do.

@@ -19,6 +19,7 @@ struct OptionRow {
     std::string_view help;
     void (*apply)(Options& options, std::string_view value);
     int words = 1; // 2: the value may also stand as two arguments, which reach `apply` with a comma between them
+    bool listedOnly = false; // only verbs whose own list names it know it
 };
 
 // Reads `arguments` into `options`; what is no option comes back in order. Both "--name value" and "--name=value" will

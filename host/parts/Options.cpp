@@ -80,6 +80,10 @@ constexpr OptionRow kRows[] = {
      "write a PNG of frame N (the first is 0) before and after, with the most combed place "
      "enlarged. \"--still N FILE\" will do too. May be given several times.",
      AddStill, 2},
+    {kInOut, "--live", "INPUT",
+     "pages: play this clip meanwhile, over and over, and show it before and after in a window "
+     "of its own.",
+     [](Options& o, std::string_view v) { o.live = v; }, 1, true},
 
     {kHow, "--mode", "off|all|auto",
      "off: pass every frame through; all: deinterlace every frame; auto (normal): only frames "
@@ -115,6 +119,8 @@ constexpr OptionRow kRows[] = {
      [](Options& o, std::string_view) { o.saved = true; }},
     {kWhere, "--save", "", "keep this run's settings as your saved settings; otherwise they stay as they were.",
      [](Options& o, std::string_view) { o.save = true; }},
+    {kWhere, "--no-save", "", "pages: leave the saved settings as they were, whatever is applied.",
+     [](Options& o, std::string_view) { o.noSave = true; }, 1, true},
 
     {kStored, "--protect", "L,T,R,B",
      "protected area, as for --roi. The transform saves and restores it with a width "

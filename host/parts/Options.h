@@ -65,11 +65,13 @@ struct Options {
     bool force = false;
     std::vector<Still> stills;
     bool csv = false;
+    std::string live; // the clip that plays beside the pages
     // the transform
     std::string dll;
     bool registered = false;
     bool saved = false;
     bool save = false;
+    bool noSave = false;
     // its settings; what is empty stays as the defaults (or, with `saved`, the saved settings) have it
     std::optional<Mode> mode;
     std::optional<bool> merge;

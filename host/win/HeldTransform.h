@@ -21,6 +21,8 @@ public:
     ~CHeldTransform();
 
     IMFTransform* operator->() const { return m_transform.Get(); }
+    IMFTransform* Get() const { return m_transform.Get(); }
+    const CTransformModule& Module() const { return m_module; }
     void KeepSettings() { m_keep = true; }
 
 private:

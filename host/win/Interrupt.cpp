@@ -30,8 +30,12 @@ void WatchForInterrupt() {
     SetConsoleCtrlHandler(&OnControl, TRUE);
 }
 
+bool IsInterrupted() {
+    return g_interrupted;
+}
+
 void ThrowIfInterrupted() {
-    if (g_interrupted) {
+    if (IsInterrupted()) {
         throw HostError(ExitCode::Interrupted, "interrupted; nothing is left of unfinished files.");
     }
 }

@@ -9,4 +9,6 @@ void WatchForInterrupt();
 // Throws HostError with ExitCode::Interrupted once the run is interrupted. For the thread that called the above.
 void ThrowIfInterrupted();
 
+bool IsInterrupted();
+
 } // namespace host

@@ -22,6 +22,11 @@ public:
     // COM must be initialised. Throws HostError with ExitCode::Transform.
     Microsoft::WRL::ComPtr<IMFTransform> Create(const Options& options);
 
+    // Of the DLL that Create loaded; E_NOTIMPL when the transform is the registered one.
+    HRESULT GetFactory(const CLSID& id, IClassFactory** factory) const {
+        return m_dll ? m_dll->GetFactory(id, factory) : E_NOTIMPL;
+    }
+
 private:
     Microsoft::WRL::ComPtr<IMFTransform> CreateFromFile(const std::wstring& path);
 

@@ -8,6 +8,7 @@ namespace host {
 // All throw HostError.
 void RunDeinterlace(const Command& command);
 void RunAnalyse(const Command& command);
+void RunPages(const Command& command);
 void RunRegister(const Command& command);
 void RunUnregister(const Command& command);
 void RunVerify(const Command& command);

@@ -1,0 +1,98 @@
+#include "host/win/Verbs.h"
+
+#include "host/parts/HostError.h"
+#include "host/win/Console.h"
+#include "host/win/Interrupt.h"
+#include "host/win/LiveShow.h"
+#include "host/win/PropertySheet.h"
+#include "host/win/Text.h"
+#include "host/win/TransformClient.h"
+#include "host/win/UserInterface.h"
+
+#include <algorithm>
+
+using Microsoft::WRL::ComPtr;
+
+namespace host {
+
+namespace {
+
+// What is in the transform's store, to see later whether it changed.
+class CStoreCopy {
+public:
+    explicit CStoreCopy(IMFTransform& transform) {
+        Check(transform.GetAttributes(m_store.GetAddressOf()), ExitCode::Transform, "the transform has no settings");
+        Check(MFCreateAttributes(m_copy.GetAddressOf(), 24), ExitCode::Transform, "the settings cannot be kept");
+        Check(m_store->CopyAllItems(m_copy.Get()), ExitCode::Transform, "the settings cannot be kept");
+    }
+
+    bool Differs() const {
+        BOOL same = FALSE;
+        return FAILED(m_store->Compare(m_copy.Get(), MF_ATTRIBUTES_MATCH_ALL_ITEMS, &same)) || !same;
+    }
+
+private:
+    ComPtr<IMFAttributes> m_store;
+    ComPtr<IMFAttributes> m_copy;
+};
+
+ComPtr<INMFVDeinterlace> ControlOf(CHeldTransform& transform) {
+    ComPtr<INMFVDeinterlace> control;
+    Check(transform->QueryInterface(IID_PPV_ARGS(control.GetAddressOf())), ExitCode::Transform,
+          "the transform has no control interface");
+    return control;
+}
+
+void Report(const Options& options, const char* text) {
+    if (!options.quiet) {
+        Say(text);
+    }
+}
+
+// Shows the sheet; saves when something was applied. An interrupted run saves nothing.
+void EditSettings(CHeldTransform& transform, const Options& options) {
+    const CStoreCopy before(*transform.Get());
+    ShowPropertySheet(transform);
+    ThrowIfInterrupted();
+    if (!before.Differs()) {
+        Report(options, "Nothing was changed; your saved settings are as they were.\n");
+    } else if (options.noSave) {
+        Report(options, "What was applied is gone; your saved settings are as they were.\n");
+    } else {
+        Check(ControlOf(transform)->SaveAttributes(), ExitCode::Transform, "the settings cannot be saved");
+        transform.KeepSettings();
+        Report(options, "Your settings are saved.\n");
+    }
+}
+
+// The pages limit regions to the frame, and without one take no region at all.
+void GiveFrame(CHeldTransform& transform) {
+    const ComPtr<INMFVDeinterlace> control = ControlOf(transform);
+    long right = 0;
+    long bottom = 0;
+    Check(control->get_ROIRight(&right), ExitCode::Transform, "the transform does not tell its region");
+    Check(control->get_ROIBottom(&bottom), ExitCode::Transform, "the transform does not tell its region");
+    StreamShape shape;
+    shape.pixels = Pixels::Rgb24;
+    shape.width = std::clamp<int>(right, 1920, kMaxSide);
+    shape.height = std::clamp<int>(bottom, 1080, kMaxSide);
+    Check(transform->SetInputType(0, MakeVideoType(shape).Get(), 0), ExitCode::Transform,
+          "the transform takes no frames");
+}
+
+} // namespace
+
+void RunPages(const Command& command) {
+    const CUserInterface userInterface;
+    if (command.options.live.empty()) {
+        CHeldTransform transform(command.options);
+        GiveFrame(transform);
+        EditSettings(transform, command.options);
+    } else {
+        CLiveShow show(command);
+        EditSettings(show.Transform(), command.options);
+        show.Stop();
+    }
+}
+
+} // namespace host

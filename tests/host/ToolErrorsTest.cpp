@@ -1,6 +1,8 @@
 // How the program fails: the code, the message, and what lies in the folder afterwards.
 #include "tests/host/ToolRun.h"
 
+#include <windows.h>
+
 namespace host {
 namespace {
 
@@ -45,6 +47,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"clip.y4m out.y4m --dll absent.dll", 4, "absent.dll: cannot be loaded"},
         {"clip.y4m out.y4m --dll text.dll", 4, "text.dll: cannot be loaded"},
         {"clip.y4m out.y4m --dll kernel32.dll", 4, "kernel32.dll"},
+        {"clip.y4m out.y4m --live clip.y4m", 1, "deinterlace has no option --live"},
     };
     for (const Case& c : kCases) {
         const ToolResult result = Run(c.line);
@@ -54,6 +57,15 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         EXPECT_EQ(Files(), before) << c.line;
     }
     EXPECT_EQ(Read("exists.y4m"), (Bytes{1, 2, 3}));
+}
+
+TEST_F(ToolErrors, PagesNeedADesktop) {
+    if (CreateWindowA("STATIC", "", WS_OVERLAPPEDWINDOW, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr)) {
+        GTEST_SKIP() << "there is a desktop, where the sheet would wait for somebody";
+    }
+    const ToolResult result = Run("pages");
+    EXPECT_EQ(result.code, 7u);
+    EXPECT_NE(result.errors.find("no desktop"), std::string::npos) << result.errors;
 }
 
 TEST_F(ToolErrors, AReaderThatEndsIsNamed) {

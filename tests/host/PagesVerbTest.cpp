@@ -1,0 +1,161 @@
+// The pages verb with somebody at the sheet. Needs a desktop.
+#include "tests/host/ToolRun.h"
+#include "tests/support/OtherWindows.h"
+#include "tests/support/SavedSettings.h"
+
+#include <algorithm>
+#include <functional>
+#include <thread>
+
+namespace host {
+namespace {
+
+constexpr int kEnableDeinterlace = 1075;
+constexpr int kMergeFields = 1197;
+constexpr int kEnableRoi = 1080;
+
+// The settings of the user who runs the tests are put aside and back.
+class PagesVerb : public ToolTest {
+protected:
+    void SetUp() override {
+        ToolTest::SetUp();
+        m_users = ReadSavedSettings();
+        ForgetSavedSettings();
+        const Bytes clip = MakeY4m(32, 24, 1, {0});
+        ASSERT_EQ(Run("- - --save --sensitivity 3.5", {clip}).code, 0u);
+        m_saved = ReadSavedSettings();
+        ASSERT_FALSE(m_saved.empty());
+    }
+    void TearDown() override {
+        ForgetSavedSettings();
+        if (!m_users.empty()) {
+            WriteSavedSettings(REG_BINARY, m_users);
+        }
+        ToolTest::TearDown();
+    }
+
+    // Runs the program while `act` is at its sheet; a sheet that is left open is cancelled.
+    ToolResult RunWith(const std::string& line, const std::function<void(HWND sheet)>& act) const {
+        std::thread person([&] {
+            const HWND sheet = AwaitSheet();
+            EXPECT_NE(sheet, nullptr) << line;
+            if (sheet) {
+                act(sheet);
+                PressButton(sheet, PSBTN_CANCEL);
+            }
+        });
+        const ToolResult result = Run(line);
+        person.join();
+        return result;
+    }
+
+    std::vector<BYTE> m_users;
+    std::vector<BYTE> m_saved;
+};
+
+void Click(HWND sheet, int control) {
+    SendMessageW(FindControl(sheet, control), BM_CLICK, 0, 0);
+}
+
+void Apply(HWND sheet) {
+    SendMessageW(sheet, PSM_APPLY, 0, 0);
+}
+
+TEST_F(PagesVerb, WhatIsAppliedIsSavedUnlessToldOtherwise) {
+    struct Case {
+        const char* line;
+        int page;
+        int control; // clicked
+        int button;
+        bool saved;
+        const char* said;
+    };
+    constexpr Case kCases[] = {
+        {"pages", 0, kMergeFields, PSBTN_OK, true, "are saved"},
+        {"pages", 0, kMergeFields, PSBTN_CANCEL, false, "Nothing was changed"},
+        {"pages", 0, 0, PSBTN_OK, false, "Nothing was changed"},
+        {"pages --no-save", 0, kMergeFields, PSBTN_OK, false, "is gone"},
+        {"pages", 1, kEnableRoi, PSBTN_APPLYNOW, true, "are saved"},
+        {"pages --no-save", 1, kEnableRoi, PSBTN_APPLYNOW, false, "is gone"}, // the page itself saves
+    };
+    for (const Case& c : kCases) {
+        WriteSavedSettings(REG_BINARY, m_saved);
+        const ToolResult result = RunWith(c.line, [&c](HWND sheet) {
+            SelectPage(sheet, c.page);
+            if (c.control != 0) {
+                Click(sheet, c.control);
+            }
+            PressButton(sheet, c.button);
+        });
+        const std::string what = std::string(c.line) + " page " + std::to_string(c.page) + ": " + result.errors;
+        EXPECT_EQ(result.code, 0u) << what;
+        EXPECT_NE(result.errors.find(c.said), std::string::npos) << what;
+        EXPECT_EQ(ReadSavedSettings() != m_saved, c.saved) << what;
+    }
+}
+
+// How far the rows of one picture of the live window are apart. The clip's are, as it is all combs.
+int RowContrast(HWND live, bool after) {
+    RECT client{};
+    GetClientRect(live, &client);
+    const int x = client.right * (after ? 3 : 1) / 4;
+    RECT area{x, client.bottom * 2 / 5, x + 1, client.bottom * 3 / 5};
+    MapWindowPoints(live, nullptr, reinterpret_cast<POINT*>(&area), 2);
+    int least = 255;
+    int most = 0;
+    for (const std::uint32_t pixel : CaptureScreen(area)) {
+        least = std::min(least, static_cast<int>(pixel & 255));
+        most = std::max(most, static_cast<int>(pixel & 255));
+    }
+    return most - least;
+}
+
+bool AwaitContrast(HWND live, bool after, bool high) {
+    for (int i = 0; i < 100; ++i) {
+        if ((RowContrast(live, after) > 100) == high) {
+            return true;
+        }
+        Sleep(100);
+    }
+    return false;
+}
+
+TEST_F(PagesVerb, AChangeShowsInThePicturesThatPlay) {
+    Write("clip.y4m", MakeY4m(320, 240, 5, {0, 1, 2, 3, 4}));
+    const ToolResult result = RunWith("pages --no-save --live clip.y4m", [](HWND sheet) {
+        const HWND live = AwaitWindow(L"NMFVDeinterlaceLive", L"clip.y4m");
+        ASSERT_NE(live, nullptr);
+        SetWindowPos(live, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
+        EXPECT_TRUE(AwaitContrast(live, false, true)) << "before";
+        EXPECT_TRUE(AwaitContrast(live, true, false)) << "after";
+        for (const bool combed : {true, false}) {
+            Click(sheet, kEnableDeinterlace);
+            Apply(sheet);
+            EXPECT_TRUE(AwaitContrast(live, true, combed)) << "after, once more combed: " << combed;
+        }
+        SendMessageW(live, WM_CLOSE, 0, 0); // the sheet stays
+        EXPECT_TRUE(IsWindow(sheet));
+    });
+    EXPECT_EQ(result.code, 0u) << result.errors;
+    EXPECT_EQ(ReadSavedSettings(), m_saved);
+}
+
+TEST_F(PagesVerb, AClipThatCannotBePlayedShowsNoSheet) {
+    Write("none.y4m", FromText("YUV4MPEG2 W32 H24 F25:1 C422\n"));
+    struct Case {
+        const char* line;
+        unsigned long code;
+        const char* said;
+    };
+    constexpr Case kCases[] = {{"pages --live none.y4m", 2, "has no frames"},
+                               {"pages --live absent.y4m", 2, "cannot be opened"},
+                               {"pages --live -", 1, "a pipe cannot be played again"}};
+    for (const Case& c : kCases) {
+        const ToolResult result = Run(c.line);
+        EXPECT_EQ(result.code, c.code) << c.line;
+        EXPECT_NE(result.errors.find(c.said), std::string::npos) << c.line << ": " << result.errors;
+    }
+}
+
+} // namespace
+} // namespace host

@@ -80,14 +80,17 @@ CLiveWindow::~CLiveWindow() {
     DeleteObject(m_font);
 }
 
-// In the work area's upper left corner, as large as the clip or as two thirds of the area.
+// In the work area's lower right corner, as the sheet is mostly elsewhere; as large as the clip or as two thirds of the
+// area.
 void CLiveWindow::SizeToPictures() {
     RECT work{0, 0, 1024, 768};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
     const Box area = AreaFor(m_shape, LineHeight(), (work.right - work.left) * 2 / 3, (work.bottom - work.top) * 2 / 3);
     RECT frame{0, 0, area.width, area.height};
     AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, FALSE);
-    SetWindowPos(m_window, nullptr, work.left, work.top, frame.right - frame.left, frame.bottom - frame.top,
+    const int width = frame.right - frame.left;
+    const int height = frame.bottom - frame.top;
+    SetWindowPos(m_window, nullptr, work.right - width, work.bottom - height, width, height,
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 

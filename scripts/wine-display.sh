@@ -4,7 +4,7 @@
 # Starts Xvfb, which picks a free number itself, and sets display_pid and DISPLAY.
 start_display() {
     mkfifo "$1/number"
-    (inside Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -extension GLX) \
+    (inside Xvfb -displayfd 3 -screen 0 "${NMFV_SCREEN:-1280x1024}x24" -nolisten tcp -extension GLX) \
         3<>"$1/number" >"$1/log" 2>&1 </dev/null {display_lock}>&- &
     display_pid=$!
     if ! read -r -t 20 display_number <>"$1/number"; then

@@ -16,7 +16,7 @@ make_clip() {
         -vf scroll=horizontal=0.0125,format=yuv422p,tinterlace=mode=interleave_top "$shots/clip.y4m"
 }
 
-# The prefix DPI: Wine itself draws the titles there, as there is no window manager; the tests' prefix is left alone.
+# make_prefix DPI: Wine itself draws the titles there, as there is no window manager; the tests' prefix is left alone.
 make_prefix() {
     rm -rf "$WINEPREFIX" && cp -a --reflink=auto "$nmfv_prefix" "$WINEPREFIX"
     "$nmfv_scripts/wine" reg.exe add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f

@@ -17,8 +17,8 @@ void ShowHelp(const host::Command& command);
 
 constexpr std::string_view kRegistrationOptions[] = {"--dll", "--quiet"};
 
-constexpr std::string_view kPagesOptions[] = {"--live", "--no-save", "--dll",  "--registered", "--quiet",
-                                              "--from", "--raw",     "--feed", "--lines",      "--cut-off"};
+constexpr std::string_view kPagesOptions[] = {"--live", "--no-save", "--sheet", "--dll",   "--registered", "--quiet",
+                                              "--from", "--raw",     "--feed",  "--lines", "--cut-off"};
 
 constexpr host::VerbRow kVerbs[] = {
     {"deinterlace", "INPUT OUTPUT", "Sends INPUT through the transform to OUTPUT. \"--to none\" needs no OUTPUT.", 2, 2,

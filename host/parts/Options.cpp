@@ -18,6 +18,7 @@ constexpr Word<LineSampling> kLines[] = {
 constexpr Word<bool> kCutOff[] = {{"fail", false}, {"keep", true}};
 constexpr Word<Mode> kModes[] = {{"off", Mode::Off}, {"all", Mode::All}, {"auto", Mode::Auto}};
 constexpr Word<bool> kMethods[] = {{"merge", true}, {"rebuild", false}};
+constexpr Word<SheetKind> kSheets[] = {{"platform", SheetKind::Platform}, {"own", SheetKind::Own}};
 constexpr Word<bool> kOnOff[] = {{"on", true}, {"off", false}};
 constexpr Word<bool> kTimeFormats[] = {{"time", true}, {"frame", false}};
 
@@ -121,6 +122,10 @@ constexpr OptionRow kRows[] = {
      [](Options& o, std::string_view) { o.save = true; }},
     {kWhere, "--no-save", "", "pages: leave the saved settings as they were, whatever is applied.",
      [](Options& o, std::string_view) { o.noSave = true; }, 1, true},
+    {kWhere, "--sheet", "platform|own",
+     "pages: the window around them. Normally the platform's property frame, and this program's own under Wine, whose "
+     "frame shows pages but applies nothing.",
+     [](Options& o, std::string_view v) { o.sheet = PickWord<SheetKind>("--sheet", v, kSheets); }, 1, true},
 
     {kStored, "--protect", "L,T,R,B",
      "protected area, as for --roi. The transform saves and restores it with a width "

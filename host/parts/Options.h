@@ -16,6 +16,7 @@ enum class InputKind { Y4m, Avi, Raw, Media };
 enum class OutputKind { Y4m, Avi, Raw, None };
 enum class LineSampling { Auto, Interlaced, Progressive };
 enum class Mode { Off, All, Auto };
+enum class SheetKind { Platform, Own };
 
 // In picture coordinates: from the top left corner, right and bottom not included.
 struct Area {
@@ -72,6 +73,7 @@ struct Options {
     bool saved = false;
     bool save = false;
     bool noSave = false;
+    std::optional<SheetKind> sheet;
     // its settings; what is empty stays as the defaults (or, with `saved`, the saved settings) have it
     std::optional<Mode> mode;
     std::optional<bool> merge;

@@ -4,6 +4,7 @@
 #include "host/win/Console.h"
 #include "host/win/Interrupt.h"
 #include "host/win/LiveShow.h"
+#include "host/win/PropertyFrame.h"
 #include "host/win/PropertySheet.h"
 #include "host/win/Text.h"
 #include "host/win/TransformClient.h"
@@ -49,10 +50,21 @@ void Report(const Options& options, const char* text) {
     }
 }
 
-// Shows the sheet; saves when something was applied. An interrupted run saves nothing.
+// Kept: the program's own sheet under Wine, so that settings can be applied there. Test:
+// PagesVerb.WhatIsAppliedIsSavedUnlessToldOtherwise.
+void ShowPages(CHeldTransform& transform, const Options& options) {
+    const SheetKind usual = PropertyFrameApplies() ? SheetKind::Platform : SheetKind::Own;
+    if (options.sheet.value_or(usual) == SheetKind::Platform) {
+        ShowPropertyFrame(transform);
+    } else {
+        ShowPropertySheet(transform);
+    }
+}
+
+// Shows the pages; saves when something was applied. An interrupted run saves nothing.
 void EditSettings(CHeldTransform& transform, const Options& options) {
     const CStoreCopy before(*transform.Get());
-    ShowPropertySheet(transform);
+    ShowPages(transform, options);
     ThrowIfInterrupted();
     if (!before.Differs()) {
         Report(options, "Nothing was changed; your saved settings are as they were.\n");

@@ -1,12 +1,12 @@
 #include "host/win/PropertySheet.h"
 
-#include "host/win/Interrupt.h"
+#include "host/win/InterruptTimer.h"
 #include "host/win/RegisteredTransform.h"
 #include "host/win/SheetPage.h"
 #include "host/win/Text.h"
+#include "host/win/TransformPages.h"
 
 #include <algorithm>
-#include <cwchar>
 #include <deque>
 #include <vector>
 
@@ -16,29 +16,10 @@ namespace host {
 
 namespace {
 
-std::vector<CLSID> PagesOf(IMFTransform& transform) {
-    ComPtr<ISpecifyPropertyPages> specify;
-    Check(transform.QueryInterface(IID_PPV_ARGS(specify.GetAddressOf())), ExitCode::Transform,
-          "the transform names no property pages");
-    CAUUID pages{};
-    Check(specify->GetPages(&pages), ExitCode::Transform, "the transform does not tell its property pages");
-    std::vector<CLSID> ids(pages.pElems, pages.pElems + pages.cElems);
-    CoTaskMemFree(pages.pElems);
-    return ids;
-}
-
-// The transform's DLL makes its pages when it was loaded as a file, registered or not.
 ComPtr<IPropertyPage> MakePage(const CTransformModule& module, const CLSID& id) {
-    ComPtr<IClassFactory> factory;
-    HRESULT result = module.GetFactory(id, factory.GetAddressOf());
-    if (result == E_NOTIMPL) {
-        result = CoGetClassObject(id, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(factory.GetAddressOf()));
-    }
     ComPtr<IPropertyPage> page;
-    if (SUCCEEDED(result)) {
-        result = factory->CreateInstance(nullptr, IID_PPV_ARGS(page.GetAddressOf()));
-    }
-    Check(result, ExitCode::Transform, "a property page of the transform cannot be made");
+    Check(PageFactory(module, id)->CreateInstance(nullptr, IID_PPV_ARGS(page.GetAddressOf())), ExitCode::Transform,
+          "a property page of the transform cannot be made");
     return page;
 }
 
@@ -71,37 +52,8 @@ EmptyDialog DialogFor(SIZE pixels) {
     return empty;
 }
 
-BOOL CALLBACK CancelDialog(HWND window, LPARAM) {
-    wchar_t name[16] = L"";
-    GetClassNameW(window, name, ARRAYSIZE(name));
-    if (std::wcscmp(name, L"#32770") == 0) {
-        PostMessageW(window, WM_CLOSE, 0, 0);
-    }
-    return TRUE;
-}
-
-void CALLBACK OnTick(HWND, UINT, UINT_PTR, DWORD) {
-    if (IsInterrupted()) {
-        EnumThreadWindows(GetCurrentThreadId(), &CancelDialog, 0);
-    }
-}
-
-// The sheet runs a message loop of its own, in which only a timer still reaches this program.
-class CInterruptTimer {
-public:
-    CInterruptTimer()
-        : m_id(SetTimer(nullptr, 0, 200, &OnTick)) {}
-    CInterruptTimer(const CInterruptTimer&) = delete;
-    CInterruptTimer& operator=(const CInterruptTimer&) = delete;
-    ~CInterruptTimer() { KillTimer(nullptr, m_id); }
-
-private:
-    UINT_PTR m_id;
-};
-
 } // namespace
 
-// Kept: not OleCreatePropertyFrame. Wine's never tells a page to apply. Test: WhatIsAppliedIsSavedUnlessToldOtherwise.
 void ShowPropertySheet(CHeldTransform& transform) {
     std::deque<CSheetPage> pages;
     SIZE largest{};

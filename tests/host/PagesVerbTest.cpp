@@ -54,7 +54,9 @@ protected:
 };
 
 void Click(HWND sheet, int control) {
-    SendMessageW(FindControl(sheet, control), BM_CLICK, 0, 0);
+    const HWND window = FindControl(sheet, control);
+    EXPECT_NE(window, nullptr) << control;
+    SendMessageW(window, BM_CLICK, 0, 0);
 }
 
 void Apply(HWND sheet) {
@@ -77,6 +79,9 @@ TEST_F(PagesVerb, WhatIsAppliedIsSavedUnlessToldOtherwise) {
         {"pages --no-save", 0, kMergeFields, PSBTN_OK, false, "is gone"},
         {"pages", 1, kEnableRoi, PSBTN_APPLYNOW, true, "are saved"},
         {"pages --no-save", 1, kEnableRoi, PSBTN_APPLYNOW, false, "is gone"}, // the page itself saves
+        {"pages --sheet own", 0, kMergeFields, PSBTN_OK, true, "are saved"},
+        {"pages --sheet platform", 0, kMergeFields, PSBTN_CANCEL, false, "Nothing was changed"},
+        {"pages --sheet platform", 1, kEnableRoi, PSBTN_CANCEL, false, "Nothing was changed"},
     };
     for (const Case& c : kCases) {
         WriteSavedSettings(REG_BINARY, m_saved);

@@ -97,9 +97,35 @@ void CAboutProperties::FollowMouse(bool onLink, UINT mouseMessage) {
     }
 }
 
+namespace {
+
+// A sheet gives all its pages the size of the largest: what the dialog shows stays in the middle, by whole pixels.
+void CentreControls(HWND dialog) {
+    RECT all{}, client{};
+    for (HWND control = GetWindow(dialog, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {
+        RECT one{};
+        GetWindowRect(control, &one);
+        UnionRect(&all, &all, &one);
+    }
+    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&all), 2);
+    GetClientRect(dialog, &client);
+    const LONG shift = (client.right - all.left - all.right) / 2;
+    for (HWND control = GetWindow(dialog, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {
+        RECT one{};
+        GetWindowRect(control, &one);
+        MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&one), 2);
+        SetWindowPos(control, nullptr, one.left + shift, one.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+}
+
+} // namespace
+
 INT_PTR CAboutProperties::PageMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     const HWND link = GetDlgItem(window, IDC_ABOUT_LINK);
     switch (message) {
+    case WM_SIZE:
+        CentreControls(window);
+        break;
     case WM_SHOWWINDOW:
         SetDlgItemTextA(window, IDC_ABOUT_COMPONENT, m_componentName);
         break;

@@ -37,6 +37,13 @@ TEST_F(AboutPage, FillsItsLabels) {
     EXPECT_EQ(TRANSPARENT, GetBkMode(dc));
     ReleaseDC(m_link, dc);
 
+    const RECT wide{0, 0, 500, 300};
+    EXPECT_HR(S_OK, m_page->Move(&wide));
+    RECT link{};
+    GetWindowRect(m_link, &link);
+    MapWindowPoints(nullptr, Dialog(), reinterpret_cast<POINT*>(&link), 2);
+    EXPECT_NEAR(250, (link.left + link.right) / 2, 2);
+
     SendMessageA(Dialog(), WM_HELP, 0, 0); // answered once, though the sheet is hooked as well
     EXPECT_EQ(1u, m_log.opened.size());
     EXPECT_HR(S_OK, m_page->Help(nullptr));

@@ -1,13 +1,12 @@
 // The shipped assembly manifest: the classes without registration.
 #include "com/Scoped.h"
 #include "tests/support/ComChecks.h"
+#include "tests/support/Files.h"
 #include "tests/support/PrivateRegistry.h"
 
 #include "NMFVDeinterlace.h"
 #include "NMFVDeinterlaceKeys.h"
 
-#include <filesystem>
-#include <fstream>
 #include <thread>
 
 #include <mfapi.h>
@@ -25,18 +24,12 @@ constexpr char kClientManifest[] = R"(<?xml version="1.0" encoding="UTF-8" stand
   </dependentAssembly></dependency>
 </assembly>)";
 
-std::filesystem::path ProgramFolder() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::filesystem::path(path).parent_path();
-}
-
 // Makes the calling thread see the assembly beside the test program, as an application's manifest does for it all.
 class Activation {
 public:
     Activation() {
-        const auto file =
-            std::filesystem::temp_directory_path() / ("client" + std::to_string(GetCurrentProcessId()) + ".manifest");
+        const TempFolder folderOfClient;
+        const auto file = folderOfClient.Path() / "client.manifest";
         std::ofstream(file) << kClientManifest;
         const std::wstring folder = ProgramFolder().wstring();
         ACTCTXW context{};
@@ -45,9 +38,9 @@ public:
         context.lpSource = file.c_str();
         context.lpAssemblyDirectory = folder.c_str();
         m_context = CreateActCtxW(&context);
-        m_error = GetLastError();
-        std::filesystem::remove(file);
+        const DWORD error = GetLastError();
         m_active = m_context != INVALID_HANDLE_VALUE && ActivateActCtx(m_context, &m_cookie);
+        EXPECT_TRUE(m_active) << error;
     }
     Activation(const Activation&) = delete;
     Activation& operator=(const Activation&) = delete;
@@ -58,13 +51,9 @@ public:
         ReleaseActCtx(m_context);
     }
 
-    bool Active() const { return m_active; }
-    DWORD Error() const { return m_error; }
-
 private:
     HANDLE m_context = INVALID_HANDLE_VALUE;
     ULONG_PTR m_cookie = 0;
-    DWORD m_error = 0;
     bool m_active = false;
 };
 
@@ -88,7 +77,6 @@ protected:
 
 TEST_F(Manifest, CreatesTheTransformAndItsAutomation) {
     const Activation activation;
-    ASSERT_TRUE(activation.Active()) << activation.Error();
     CComRef<IUnknown> object;
     ASSERT_HR(S_OK, Create(CLSID_NMFVDeinterlace, object));
     CComRef<IMFTransform> transform;
@@ -111,12 +99,10 @@ TEST_F(Manifest, CreatesTheTransformAndItsAutomation) {
 // The DLL is found and asked for each class that a registration would name.
 TEST_F(Manifest, NamesEveryClass) {
     const Activation activation;
-    ASSERT_TRUE(activation.Active()) << activation.Error();
     for (const CLSID* id :
          {&CLSID_NMFVDeinterlaceSettingsPage, &CLSID_NMFVDeinterlaceRoiPage, &CLSID_NMFVDeinterlaceAboutPage}) {
         CComRef<IUnknown> object;
-        const HRESULT hr = Create(*id, object);
-        EXPECT_NE(Hr{REGDB_E_CLASSNOTREG}, Hr{hr});
+        EXPECT_NE(Hr{REGDB_E_CLASSNOTREG}, Hr{Create(*id, object)});
     }
 }
 
@@ -137,7 +123,6 @@ void LendControl(CComRef<IStream>& stream, HANDLE ready, HANDLE done) {
 
 TEST_F(Manifest, ControlInterfaceReachesOtherApartments) {
     const Activation activation;
-    ASSERT_TRUE(activation.Active()) << activation.Error();
     CScoped<HANDLE, &CloseHandle> ready(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     CScoped<HANDLE, &CloseHandle> done(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     CComRef<IStream> stream;

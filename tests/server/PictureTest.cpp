@@ -2,6 +2,7 @@
 #include "engine/AutoHold.h"
 #include "engine/FrameShape.h"
 #include "engine/InterlaceDetector.h"
+#include "tests/support/CallHook.h"
 #include "tests/support/ComChecks.h"
 #include "tests/support/GuardedBlocks.h"
 #include "tests/support/Media.h"
@@ -14,44 +15,20 @@ namespace {
 
 constexpr GUID kIyu2 = {0x32555949, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
 
-// A buffer in memory that ends at a closed page.
-class GuardedBuffer : public IMFMediaBuffer {
+// A buffer in memory that ends at a closed page; the real one behind it only keeps its length.
+class GuardedBuffer : public HookedBuffer {
 public:
-    GuardedBuffer(const GuardedBlocks& blocks, int index, DWORD bytes)
-        : m_bytes(blocks.AtEnd(index, bytes))
-        , m_size(bytes) {}
+    GuardedBuffer(IMFMediaBuffer* length, std::span<BYTE> bytes)
+        : HookedBuffer(length)
+        , m_bytes(bytes) {}
 
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override {
-        const bool known = riid == IID_IUnknown || riid == IID_IMFMediaBuffer;
-        *ppv = known ? this : nullptr;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP Lock(BYTE** bytes, DWORD*, DWORD*) override {
-        *bytes = m_bytes;
-        return S_OK;
-    }
+    STDMETHODIMP Lock(BYTE** bytes, DWORD*, DWORD*) override { return *bytes = m_bytes.data(), S_OK; }
     STDMETHODIMP Unlock() override { return S_OK; }
-    STDMETHODIMP GetCurrentLength(DWORD* length) override {
-        *length = m_length;
-        return S_OK;
-    }
-    STDMETHODIMP SetCurrentLength(DWORD length) override {
-        m_length = length;
-        return S_OK;
-    }
-    STDMETHODIMP GetMaxLength(DWORD* length) override {
-        *length = m_size;
-        return S_OK;
-    }
 
-    std::span<BYTE> Bytes() const { return {m_bytes, m_size}; }
+    std::span<BYTE> Bytes() const { return m_bytes; }
 
 private:
-    BYTE* m_bytes;
-    DWORD m_size;
-    DWORD m_length = 0;
+    std::span<BYTE> m_bytes;
 };
 
 struct ClipCase {
@@ -112,7 +89,11 @@ TEST_P(Pictures, EveryFrameIsWhatTheRulesSay) {
     const INT32 stride = StrideBytes(c.bits, c.width);
     const auto bytes = static_cast<DWORD>(FrameBytes(stride, c.height));
     const GuardedBlocks blocks(2, bytes);
-    GuardedBuffer input(blocks, 0, bytes), output(blocks, 1, bytes);
+    CComRef<IMFMediaBuffer> inLength, outLength;
+    MFCreateMemoryBuffer(bytes, inLength.Put());
+    MFCreateMemoryBuffer(bytes, outLength.Put());
+    GuardedBuffer input(inLength.Get(), {blocks.AtEnd(0, bytes), bytes});
+    GuardedBuffer output(outLength.Get(), {blocks.AtEnd(1, bytes), bytes});
     CComRef<IMFSample> in, out;
     MakeSample(&input, in);
     MakeSample(&output, out);

@@ -56,11 +56,8 @@ std::string RegisteredPath(const GuardCase& row, ModuleCopies& copies, std::stri
 }
 
 void WriteRegistered(const GuardCase& row, const std::string& path) {
-    HKEY key = nullptr;
-    ASSERT_EQ(0, RegCreateKeyExA(HKEY_CLASSES_ROOT, kServerKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr));
-    RegSetValueExA(key, nullptr, 0, row.type, reinterpret_cast<const BYTE*>(path.c_str()),
-                   static_cast<DWORD>(path.size() + (row.terminated ? 1 : 0)));
-    RegCloseKey(key);
+    RegSetKeyValueA(HKEY_CLASSES_ROOT, kServerKey, nullptr, row.type, path.c_str(),
+                    static_cast<DWORD>(path.size() + (row.terminated ? 1 : 0)));
 }
 
 TEST(RegistrationGuard, OnlyNewerAndForeignCopiesAreLeftAlone) {

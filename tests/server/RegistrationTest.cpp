@@ -2,6 +2,7 @@
 #include "diag/Trace.h"
 #include "server/TypeLibraryRegistration.h"
 #include "tests/support/ComChecks.h"
+#include "tests/support/DebuggerTexts.h"
 #include "tests/support/ErrorBox.h"
 #include "tests/support/Module.h"
 #include "tests/support/ModuleCopies.h"
@@ -23,12 +24,6 @@ constexpr struct {
     {"CLSID\\{E2B7ED92-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform ROI Properties"},
     {"CLSID\\{E2B7ED95-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform About"},
 };
-
-void MakeKey(const char* path, DWORD options) {
-    HKEY key = nullptr;
-    RegCreateKeyExA(HKEY_CLASSES_ROOT, path, 0, nullptr, options, KEY_ALL_ACCESS, nullptr, &key, nullptr);
-    RegCloseKey(key);
-}
 
 class Registration : public testing::Test {
 protected:
@@ -74,10 +69,10 @@ TEST_F(Registration, AFailureSkipsAllButTheTypeLibrary) {
         const char* obstacle;
         std::size_t classes;
     } kCases[] = {{kClasses[0].key, 0}, {kClasses[2].key, 2}, {"MediaFoundation", 4}};
-    MakeKey("CLSID", REG_OPTION_NON_VOLATILE);
+    MakeClassesKey("CLSID", REG_OPTION_NON_VOLATILE);
     for (const auto& row : kCases) {
         SCOPED_TRACE(row.obstacle);
-        MakeKey(row.obstacle, REG_OPTION_VOLATILE); // which refuses subkeys that aren't
+        MakeClassesKey(row.obstacle, REG_OPTION_VOLATILE); // which refuses subkeys that aren't
         EXPECT_HR(HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE), m_module.Register());
         ExpectClasses(row.classes);
         EXPECT_EQ("-", ClassesText(kTransformKey));
@@ -126,23 +121,13 @@ TEST_F(Registration, WithoutARegistryNothingIsWritten) {
     EXPECT_HR(S_OK, m_module.Unregister());
 }
 
-std::string g_traced;
-
-LONG CALLBACK KeepTraces(EXCEPTION_POINTERS* pointers) {
-    const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
-    if (record.ExceptionCode == DBG_PRINTEXCEPTION_C) {
-        g_traced += reinterpret_cast<const char*>(record.ExceptionInformation[1]);
-        return EXCEPTION_CONTINUE_EXECUTION;
-    }
-    return EXCEPTION_CONTINUE_SEARCH;
-}
-
 TEST_F(Registration, TypeLibraryFailuresAreTraced) {
     const std::uint32_t flags = TraceFlags;
-    void* const handler = AddVectoredExceptionHandler(1, KeepTraces);
+    const DebuggerTexts traced;
     TraceFlags = kTraceMaster | kTraceDebugger;
     EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, N_RegisterTypeLibrary(L"C:\\missing.dll", false));
-    EXPECT_NE(std::string::npos, g_traced.find("\nN_RegisterTypeLibrary: LoadTypeLib failed 0x80029c4a")) << g_traced;
+    EXPECT_NE(std::string::npos, traced.All().find("\nN_RegisterTypeLibrary: LoadTypeLib failed 0x80029c4a"))
+        << traced.All();
     {
         ErrorBox box;
         EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, N_RegisterTypeLibrary(L"C:\\missing.dll", true));
@@ -150,9 +135,9 @@ TEST_F(Registration, TypeLibraryFailuresAreTraced) {
     }
     m_classes.Delete();
     EXPECT_TRUE(FAILED(N_RegisterTypeLibrary(std::wstring(m_path.begin(), m_path.end()).c_str(), false)));
-    EXPECT_NE(std::string::npos, g_traced.find("\nN_RegisterTypeLibrary: RegisterTypeLib failed 0x")) << g_traced;
+    EXPECT_NE(std::string::npos, traced.All().find("\nN_RegisterTypeLibrary: RegisterTypeLib failed 0x"))
+        << traced.All();
     TraceFlags = flags;
-    RemoveVectoredExceptionHandler(handler);
 }
 
 } // namespace

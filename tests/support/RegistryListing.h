@@ -37,3 +37,10 @@ inline std::string ClassesText(const std::string& path, const char* name = nullp
     DWORD size = sizeof(text);
     return RegGetValueA(HKEY_CLASSES_ROOT, path.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size) ? "-" : text;
 }
+
+// A key below HKEY_CLASSES_ROOT. REG_OPTION_VOLATILE makes one that refuses subkeys which last.
+inline void MakeClassesKey(const char* path, DWORD options) {
+    HKEY key = nullptr;
+    RegCreateKeyExA(HKEY_CLASSES_ROOT, path, 0, nullptr, options, KEY_ALL_ACCESS, nullptr, &key, nullptr);
+    RegCloseKey(key);
+}

@@ -8,10 +8,8 @@
 #include <windows.h>
 
 inline void WriteSavedSettings(DWORD type, const std::vector<BYTE>& bytes) {
-    HKEY key = nullptr;
-    RegCreateKeyExA(HKEY_CURRENT_USER, kSettingsKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
-    RegSetValueExA(key, kSettingsValue, 0, type, bytes.data(), static_cast<DWORD>(bytes.size()));
-    RegCloseKey(key);
+    RegSetKeyValueA(HKEY_CURRENT_USER, kSettingsKey, kSettingsValue, type, bytes.data(),
+                    static_cast<DWORD>(bytes.size()));
 }
 
 // Empty when there is none.

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <random>
+#include <tuple>
 
 namespace host {
 namespace {
@@ -59,10 +60,13 @@ Clip MakeClip(Pixels pixels, int width, int height, unsigned frames, std::uint64
     return clip;
 }
 
-std::vector<Bytes> ReadClip(const Bytes& file, bool sized = true) {
+std::vector<Bytes> ReadClip(const Bytes& file, bool sized = true, ClipInfo* info = nullptr) {
     CMemoryReader reader(file, 777, sized);
     CInputStream input(reader);
     const auto source = OpenAvi(input);
+    if (info) {
+        *info = source->Info();
+    }
     return ReadAll(*source);
 }
 
@@ -71,34 +75,26 @@ Thrown ErrorOfReading(const Bytes& file) {
 }
 
 TEST(Avi, ReadsWhatItWrites) {
-    struct Case {
+    constexpr struct {
         Pixels pixels;
         int width, height;
-    };
-    constexpr Case kCases[] = {{Pixels::Rgb24, 7, 5}, {Pixels::Rgb24, 1, 1}, {Pixels::Yuy2, 6, 3},
-                               {Pixels::Uyvy, 2, 4},  {Pixels::Iyu2, 5, 3},  {Pixels::Iyu2, 4, 2}};
-    for (const Case& c : kCases) {
+    } kCases[] = {{Pixels::Rgb24, 7, 5}, {Pixels::Rgb24, 1, 1}, {Pixels::Yuy2, 6, 3},
+                  {Pixels::Uyvy, 2, 4},  {Pixels::Iyu2, 5, 3},  {Pixels::Iyu2, 4, 2}};
+    for (const auto& c : kCases) {
         for (const unsigned frames : {0u, 1u, 2u, 9u}) {
             for (const std::uint64_t partBytes : {std::uint64_t{1}, std::uint64_t{300}, std::uint64_t{1} << 30}) {
                 const Clip clip = MakeClip(c.pixels, c.width, c.height, frames, partBytes);
                 for (const bool sized : {true, false}) {
-                    EXPECT_EQ(ReadClip(clip.file, sized), clip.Pictures())
+                    ClipInfo info;
+                    EXPECT_EQ(ReadClip(clip.file, sized, &info), clip.Pictures())
                         << TraitsOf(c.pixels).name << " " << frames << " frames, parts of " << partBytes;
+                    EXPECT_EQ(std::tie(info.width, info.height), std::tie(c.width, c.height));
+                    EXPECT_EQ(info.rate, (Rational{30000, 1001}));
+                    EXPECT_EQ(info.frames, sized ? std::optional<std::uint64_t>(frames) : std::nullopt);
                 }
             }
         }
     }
-}
-
-TEST(Avi, KeepsSizeRateAndCount) {
-    const Clip clip = MakeClip(Pixels::Yuy2, 6, 3, 4, 300);
-    CMemoryReader reader(clip.file);
-    CInputStream input(reader);
-    const auto source = OpenAvi(input);
-    EXPECT_EQ(source->Info().width, 6);
-    EXPECT_EQ(source->Info().height, 3);
-    EXPECT_EQ(source->Info().rate, (Rational{30000, 1001}));
-    EXPECT_EQ(source->Info().frames, 4u);
 }
 
 // What players seek by: sizes of parts, and every index entry pointing at its frame.
@@ -156,9 +152,7 @@ TEST(Avi, EmptyChunkRepeatsTheFrame) {
     const std::size_t index = Find(clip.file, "ix00");
     const Bytes empty = {'0', '0', 'd', 'b', 0, 0, 0, 0};
     clip.file.insert(clip.file.begin() + static_cast<std::ptrdiff_t>(index), empty.begin(), empty.end());
-    const auto frames = ReadClip(clip.file);
-    ASSERT_EQ(frames.size(), 2u);
-    EXPECT_EQ(frames[1], frames[0]);
+    EXPECT_EQ(ReadClip(clip.file), std::vector<Bytes>(2, clip.Pictures()[0]));
 }
 
 TEST(Avi, RowsMayLackTheirPadding) {
@@ -166,16 +160,11 @@ TEST(Avi, RowsMayLackTheirPadding) {
     const std::size_t chunk = Find(clip.file, "00db", Find(clip.file, "movi"));
     Put32(clip.file, chunk + 4, 18);
     const auto first = clip.file.begin() + static_cast<std::ptrdiff_t>(chunk + 8);
-    const Bytes tight(first, first + 18);
+    Bytes want(first + 9, first + 18); // the picture's upper row lies behind the lower one
+    want.insert(want.end(), first, first + 9);
     clip.file.erase(first + 18, first + 24);
     Put32(clip.file, 4, Word32(clip.file, 4) - 6);
-    const auto frames = ReadClip(clip.file, false);
-    ASSERT_EQ(frames.size(), 1u);
-    EXPECT_EQ(frames[0], [&] {
-        Bytes want(tight.begin() + 9, tight.end());
-        want.insert(want.end(), tight.begin(), tight.begin() + 9);
-        return want;
-    }());
+    EXPECT_EQ(ReadClip(clip.file, false), std::vector<Bytes>{want});
 }
 
 TEST(Avi, RefusesWhatItCannotReadAndSaysWhy) {
@@ -200,9 +189,7 @@ TEST(Avi, RefusesWhatItCannotReadAndSaysWhy) {
     for (const Case& c : cases) {
         Bytes file = good;
         c.change(file);
-        const Thrown error = ErrorOfReading(file);
-        EXPECT_EQ(error.code, ExitCode::Input) << c.name;
-        EXPECT_NE(error.text.find(c.said), std::string::npos) << c.name << ": " << error.text;
+        ExpectError(ExitCode::Input, c.said, c.name, [&] { ReadClip(file); });
     }
 }
 
@@ -225,8 +212,7 @@ TEST(Avi, PipesAreRefused) {
 // Damaged files end in an error or in frames, never in anything else (the sanitizers' part).
 TEST(Avi, DamageIsSurvived) {
     const Bytes good = MakeClip(Pixels::Uyvy, 4, 2, 3, 300).file;
-    const unsigned seed = 20261121;
-    std::mt19937 random(seed);
+    std::mt19937 random(20261121);
     const std::size_t interesting = Find(good, "indx"); // what follows, up to the frames, is not read
     for (int round = 0; round < 3000; ++round) {
         Bytes file = good;
@@ -235,7 +221,7 @@ TEST(Avi, DamageIsSurvived) {
             file[at] = static_cast<std::uint8_t>(random() % 3 ? random() : 0xFF);
         }
         const Thrown error = ErrorOfReading(file);
-        ASSERT_TRUE(!error.any || error.code == ExitCode::Input) << "seed " << seed << " round " << round;
+        ASSERT_TRUE(!error.any || error.code == ExitCode::Input) << "round " << round;
     }
 }
 

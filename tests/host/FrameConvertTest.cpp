@@ -47,31 +47,23 @@ OwnedFrame Converted(const FrameView& in, Layout to, bool fieldChroma = false, b
 
 // Layouts of equal chroma lose nothing on the way and back.
 TEST(FrameConvert, LosslessRoundTrips) {
-    struct Case {
+    constexpr struct {
         Layout from, through;
         bool evenOnly;
-    };
-    constexpr Case kCases[] = {
+    } kCases[] = {
         {Layout::Planar422, Layout::Yuy2, true},  {Layout::Planar422, Layout::Uyvy, true},
         {Layout::Yuy2, Layout::Uyvy, true},       {Layout::Uyvy, Layout::Yuy2, true},
         {Layout::Planar444, Layout::Iyu2, false}, {Layout::Iyu2, Layout::Planar444, false},
-        {Layout::Yuy2, Layout::Iyu2, true},       {Layout::Rgb24, Layout::Rgb24, false},
+        {Layout::Rgb24, Layout::Rgb24, false},
     };
-    for (const Case& c : kCases) {
+    for (const auto& c : kCases) {
         for (int width = 1; width <= 70; width += width < 10 ? 1 : 17) {
             if (c.evenOnly && width % 2 != 0) {
                 continue;
             }
             const OwnedFrame in(c.from, width, 5, static_cast<unsigned>(width));
             const OwnedFrame there = Converted(AsView(in.target), c.through);
-            // Yuy2 to Iyu2 invents samples between its own; the way back blends them in again, so only luma stays.
             const OwnedFrame back = Converted(AsView(there.target), c.from);
-            if (c.from == Layout::Yuy2 && c.through == Layout::Iyu2) {
-                for (std::size_t i = 0; i < in.bytes.size(); i += 2) {
-                    ASSERT_EQ(in.bytes[i], back.bytes[i]) << "width " << width << " byte " << i;
-                }
-                continue;
-            }
             ASSERT_EQ(PictureOf(AsView(in.target)), PictureOf(AsView(back.target)))
                 << "layouts " << int(c.from) << " " << int(c.through) << " width " << width;
         }
@@ -116,7 +108,8 @@ double ChromaAt(const Bytes& chroma, int lumaRow, bool fieldWise) {
 TEST(FrameConvert, ChromaRowsLieWhereTheyWereSampled) {
     for (const Layout layout : {Layout::Planar420, Layout::Nv12}) {
         for (const bool fieldWise : {false, true}) {
-            for (const int height : {4, 6, 8, 10, 11, 22}) { // at least two chroma rows, so that both fields have one
+            for (const int height :
+                 {3, 4, 6, 8, 10, 11, 22}) { // at least two chroma rows, so that both fields have one
                 OwnedFrame in(layout, 2, height, static_cast<unsigned>(height));
                 Bytes u;
                 for (int y = 0; y < (height + 1) / 2; ++y) {
@@ -128,20 +121,6 @@ TEST(FrameConvert, ChromaRowsLieWhereTheyWereSampled) {
                         << "row " << y << " of " << height << (fieldWise ? " by fields" : " by frames");
                 }
             }
-        }
-    }
-}
-
-// The chroma of one moment never reaches the lines of the other.
-TEST(FrameConvert, FieldsDoNotMix) {
-    for (int height = 3; height <= 20; ++height) {
-        OwnedFrame in(Layout::Planar420, 2, height);
-        for (int y = 0; y < (height + 1) / 2; ++y) {
-            in.target.Row(1, y)[0] = y % 2 == 0 ? 10 : 200;
-        }
-        const OwnedFrame out = Converted(AsView(in.target), Layout::Yuy2, true);
-        for (int y = 0; y < height; ++y) {
-            ASSERT_EQ(out.target.Row(0, y)[1], y % 2 == 0 ? 10 : 200) << "row " << y << " of " << height;
         }
     }
 }

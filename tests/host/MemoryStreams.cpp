@@ -93,4 +93,10 @@ Thrown ErrorOf(const std::function<void()>& action) {
     return {};
 }
 
+void ExpectError(ExitCode code, const std::string& said, const std::string& name, const std::function<void()>& action) {
+    const Thrown error = ErrorOf(action);
+    EXPECT_TRUE(error.any && error.code == code) << name;
+    EXPECT_NE(error.text.find(said), std::string::npos) << name << ": " << error.text;
+}
+
 } // namespace host

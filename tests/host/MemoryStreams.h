@@ -71,4 +71,7 @@ struct Thrown {
 };
 Thrown ErrorOf(const std::function<void()>& action);
 
+// `action` throws an error of this code whose text holds `said`; `name` is the case's.
+void ExpectError(ExitCode code, const std::string& said, const std::string& name, const std::function<void()>& action);
+
 } // namespace host

@@ -1,8 +1,7 @@
 // register, unregister and verify with the real registry and real copies of the DLL.
 #include "tests/host/ToolRun.h"
 #include "tests/support/ModuleCopies.h"
-
-#include <windows.h>
+#include "tests/support/RegistryListing.h"
 
 namespace host {
 namespace {
@@ -18,16 +17,12 @@ constexpr char kLibraryPath[] = "TypeLib\\{E2B7ED96-38C5-11D5-91F6-00104BDB8FF9}
 
 class RegistrationVerbs : public ToolTest {
 protected:
-    void SetUp() override {
-        ToolTest::SetUp();
-        ASSERT_EQ(Run("verify").code, 6u) << "a registered transform would be lost by this test";
-    }
+    void SetUp() override { ASSERT_EQ(Run("verify").code, 6u) << "a registered transform would be lost by this test"; }
 
     void TearDown() override {
         RegDeleteTreeA(HKEY_CLASSES_ROOT, kTransform); // then nobody's registration is in the way
         EXPECT_EQ(Run("unregister").code, 0u);
         EXPECT_NE(Run("verify").errors.find("is not registered"), std::string::npos);
-        ToolTest::TearDown();
     }
 
     void Expect(const std::vector<std::string>& line, unsigned long code, const std::string& said) const {
@@ -104,11 +99,7 @@ TEST_F(RegistrationVerbs, NothingIsShownWhenTheTypeLibraryFails) {
     Expect({"register", "--dll", m_copies.AddWithoutTypeLibrary("bare")}, 6, "no usable type library");
     Expect({"verify"}, 6, "is not registered");
     // Below a key that goes with the session nothing lasting can be made, so only the registration itself fails.
-    HKEY key = nullptr;
-    ASSERT_EQ(RegCreateKeyExA(HKEY_CLASSES_ROOT, kLibraryVersion, 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
-                              nullptr, &key, nullptr),
-              ERROR_SUCCESS);
-    RegCloseKey(key);
+    MakeClassesKey(kLibraryVersion, REG_OPTION_VOLATILE);
     Expect({"register"}, 6, "NMFVDeitrx.dll says: Failed to register type library: ");
     RegDeleteTreeA(HKEY_CLASSES_ROOT, kLibrary);
 }

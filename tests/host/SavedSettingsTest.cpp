@@ -9,7 +9,6 @@ namespace {
 class ToolSettings : public ToolTest {
 protected:
     void SetUp() override {
-        ToolTest::SetUp();
         m_users = ReadSavedSettings();
         ForgetSavedSettings();
     }
@@ -18,16 +17,12 @@ protected:
         if (!m_users.empty()) {
             WriteSavedSettings(REG_BINARY, m_users);
         }
-        ToolTest::TearDown();
     }
 
     static bool KeyExists() {
         HKEY key = nullptr;
-        const bool exists = RegOpenKeyExA(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, &key) == ERROR_SUCCESS;
-        if (exists) {
-            RegCloseKey(key);
-        }
-        return exists;
+        RegOpenKeyExA(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, &key);
+        return RegCloseKey(key) == ERROR_SUCCESS;
     }
 
     const Bytes m_clip = MakeY4m(32, 24, 4, {1});

@@ -22,13 +22,11 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
     Write("odd.y4m", FromText("YUV4MPEG2 W3 H2 F25:1 C422\nFRAME\n0123456789abcdef"));
     Write("empty.y4m", {});
     const std::vector<std::string> before = Files();
-    struct Case {
+    constexpr struct {
         const char* line;
         unsigned long code;
         const char* said;
-    };
-    constexpr Case kCases[] = {
-        {"", 1, "no input"},
+    } kCases[] = {
         {"clip.y4m out.y4m --mdoe all", 1, "did you mean --mode?"},
         {"clip.y4m out.y4m --roi 0,0,33,24", 1, "32x24"},
         {"clip.y4m out.y4m --protect 0,0,32,25", 1, "32x24"},
@@ -38,7 +36,6 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"cut.y4m - --to raw", 2, "inside frame 2"},
         {"odd.y4m out.y4m", 2, "3 pixels wide"},
         {"empty.y4m out.y4m", 2, "empty"},
-        {"clip.y4m out.y4m --from avi", 2, "no AVI"},
         {"- out.y4m", 2, "standard input"},
         {"clip.y4m exists.y4m", 3, "--force"},
         {"clip.y4m absent/out.y4m", 3, "absent/out.y4m: cannot be created"},
@@ -49,7 +46,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"clip.y4m out.y4m --dll kernel32.dll", 4, "kernel32.dll"},
         {"clip.y4m out.y4m --live clip.y4m", 1, "deinterlace has no option --live"},
     };
-    for (const Case& c : kCases) {
+    for (const auto& c : kCases) {
         const ToolResult result = Run(c.line);
         EXPECT_EQ(result.code, c.code) << c.line << ": " << result.errors;
         EXPECT_NE(result.errors.find(c.said), std::string::npos) << c.line << ": " << result.errors;
@@ -79,6 +76,9 @@ TEST_F(ToolErrors, AReaderThatEndsIsNamed) {
 TEST_F(ToolErrors, AKilledRunLeavesNothing) {
     for (const char* line : {"- out.y4m", "- out.avi"}) {
         EXPECT_EQ(Run(line, {MakeY4m(32, 24, 5, {}), SIZE_MAX, true}).code, 99u);
+        for (int i = 0; i < 100 && !Files().empty(); ++i) {
+            Sleep(20); // the system closes a killed program's files a moment after its end
+        }
         EXPECT_TRUE(Files().empty()) << line;
     }
 }

@@ -9,25 +9,17 @@ namespace {
 
 using ToolPictures = ToolTest;
 
-OracleFrame OracleFor(Pixels pixels, int width, int height) {
-    OracleFrame frame;
-    frame.width = width;
-    frame.height = height;
-    frame.bits = TraitsOf(pixels).bits;
-    frame.topDown = !TraitsOf(pixels).bottomUp; // so regions count from the picture's top
-    return frame;
-}
-
-// Rows without their padding, which is no part of the picture.
 Bytes Deinterlaced(Pixels pixels, int width, int height, const OracleOptions& options, const Bytes& in) {
+    const bool topDown = !TraitsOf(pixels).bottomUp; // so regions count from the picture's top
     const std::size_t size = FrameSize(pixels, width, height);
     Bytes out(in.size());
     for (std::size_t at = 0; at < in.size(); at += size) {
-        OracleDeinterlace(OracleFor(pixels, width, height), options, in.data() + at, out.data() + at);
+        OracleDeinterlace({width, height, TraitsOf(pixels).bits, topDown}, options, in.data() + at, out.data() + at);
     }
     return out;
 }
 
+// Padding is no part of the picture.
 Bytes WithoutPadding(Pixels pixels, int width, int height, const Bytes& frames) {
     Bytes out;
     const std::size_t size = FrameSize(pixels, width, height);
@@ -39,27 +31,14 @@ Bytes WithoutPadding(Pixels pixels, int width, int height, const Bytes& frames) 
 }
 
 TEST_F(ToolPictures, EveryFormatAndMethodFollowsTheRules) {
-    struct Case {
+    constexpr OracleOptions merge{false, true}, odd{}, even{true}, part{false, true, true, true, 4, 1, 14, 7},
+        partEven{true, false, true, true, 4, 1, 14, 7};
+    constexpr struct {
         Pixels pixels;
         int width, height;
         const char* options;
         OracleOptions oracle;
-    };
-    OracleOptions merge;
-    merge.merge = true;
-    OracleOptions odd;
-    OracleOptions even;
-    even.even = true;
-    OracleOptions part = merge;
-    part.useRegion = true;
-    part.left = 4;
-    part.top = 1;
-    part.right = 14;
-    part.bottom = 7;
-    OracleOptions partEven = part;
-    partEven.merge = false;
-    partEven.even = true;
-    const Case cases[] = {
+    } kCases[] = {
         {Pixels::Rgb24, 17, 9, "", merge},
         {Pixels::Rgb24, 17, 9, "--method rebuild", odd},
         {Pixels::Rgb24, 17, 9, "--method rebuild --even", even},
@@ -72,7 +51,7 @@ TEST_F(ToolPictures, EveryFormatAndMethodFollowsTheRules) {
         {Pixels::Iyu2, 15, 9, "", merge},
         {Pixels::Iyu2, 15, 9, "--method rebuild --even --roi=4,1,14,7 --protect 1,1,9,9", partEven},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : kCases) {
         const Bytes in = RandomBytes(3 * FrameSize(c.pixels, c.width, c.height), 77);
         Write("in.raw", in);
         const std::string size = std::to_string(c.width) + "x" + std::to_string(c.height);

@@ -1,7 +1,6 @@
 #include "tests/host/ToolRun.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 #include <thread>
@@ -69,12 +68,6 @@ std::filesystem::path FromUtf8(const std::string& text) {
     return std::u8string(text.begin(), text.end());
 }
 
-std::filesystem::path ProgramFolder() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::filesystem::path(path).parent_path();
-}
-
 std::wstring CommandLine(const std::vector<std::string>& arguments) {
     std::wstring line = L"\"" + (ProgramFolder() / L"nmfvdeint.exe").wstring() + L"\"";
     for (const std::string& argument : arguments) {
@@ -126,29 +119,17 @@ ToolResult RunTool(const std::filesystem::path& folder, const std::vector<std::s
     return result;
 }
 
-void ToolTest::SetUp() {
-    m_folder = std::filesystem::temp_directory_path() / ("nmfvdeint test " + std::to_string(GetCurrentProcessId()));
-    std::filesystem::remove_all(m_folder);
-    std::filesystem::create_directories(m_folder);
-}
-
-void ToolTest::TearDown() {
-    std::filesystem::remove_all(m_folder);
-}
-
 ToolResult ToolTest::Run(const std::string& commandLine, const ToolInput& input) const {
     std::istringstream words(commandLine);
     return RunTool(m_folder, {std::istream_iterator<std::string>(words), {}}, input);
 }
 
 void ToolTest::Write(const std::string& name, const Bytes& bytes) const {
-    std::ofstream file(m_folder / FromUtf8(name), std::ios::binary);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    WriteFileBytes(m_folder / FromUtf8(name), bytes);
 }
 
 Bytes ToolTest::Read(const std::string& name) const {
-    std::ifstream file(m_folder / FromUtf8(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return ReadFileBytes<Bytes>(m_folder / FromUtf8(name));
 }
 
 std::vector<std::string> ToolTest::Files() const {

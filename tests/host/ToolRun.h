@@ -2,8 +2,8 @@
 #pragma once
 
 #include "tests/host/MemoryStreams.h"
+#include "tests/support/Files.h"
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -30,15 +30,13 @@ ToolResult RunTool(const std::filesystem::path& folder, const std::vector<std::s
 // A folder of the test's own, gone when it ends.
 class ToolTest : public testing::Test {
 protected:
-    void SetUp() override;
-    void TearDown() override;
-
     ToolResult Run(const std::string& commandLine, const ToolInput& input = {}) const;
     void Write(const std::string& name, const Bytes& bytes) const;
     Bytes Read(const std::string& name) const;
     std::vector<std::string> Files() const;
 
-    std::filesystem::path m_folder;
+    const TempFolder m_temporary;
+    const std::filesystem::path& m_folder = m_temporary.Path();
 };
 
 // The number that stands before `words` in the text; -1 when they are not there.

@@ -55,10 +55,7 @@ TEST(Y4m, RefusesHeadersAndSaysWhy) {
         {"YUV4MPEG2 W8 C422", "no height"},
     };
     for (const auto& c : kCases) {
-        const Thrown error = ErrorOf([&] { ParseY4mHeader(c.line, "clip.y4m"); });
-        EXPECT_EQ(error.code, ExitCode::Input) << c.line;
-        EXPECT_NE(error.text.find(c.said), std::string::npos) << error.text;
-        EXPECT_EQ(error.text.find("clip.y4m: "), 0u) << error.text;
+        ExpectError(ExitCode::Input, c.said, c.line, [&] { ParseY4mHeader(c.line, "clip.y4m"); });
     }
 }
 

@@ -49,6 +49,7 @@ void KillWhenUnfinished(HANDLE process, const std::filesystem::path& folder) {
         Sleep(20);
     }
     EXPECT_TRUE(HasUnfinishedFile(folder));
+    Sleep(100); // the program marks the file for deletion only after it has made it
     TerminateProcess(process, 99);
     WaitForSingleObject(process, INFINITE);
 }

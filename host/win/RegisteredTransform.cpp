@@ -2,6 +2,8 @@
 
 #include "host/win/RegisteredTransform.h"
 
+#include "host/win/RegistryKey.h"
+
 #include <NMFVDeinterlace.h>
 #include <NMFVDeinterlaceKeys.h>
 #include <mfapi.h>
@@ -72,12 +74,7 @@ std::optional<std::wstring> ClassesText(const std::wstring& key, const wchar_t* 
 }
 
 bool ClassesKeyExists(const std::wstring& path) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) {
-        return false;
-    }
-    RegCloseKey(key);
-    return true;
+    return static_cast<bool>(CRegistryKey(HKEY_CLASSES_ROOT, path, KEY_READ));
 }
 
 std::wstring RegisteredPath() {

@@ -6,6 +6,7 @@
 #include "host/win/DllFile.h"
 #include "host/win/Platform.h"
 #include "host/win/RegisteredTransform.h"
+#include "host/win/RegistryKey.h"
 #include "host/win/Text.h"
 
 #include <NMFVDeinterlace.h>
@@ -86,10 +87,8 @@ void CheckTypeLibrary(const CServer& server) {
 // The nearest to the key, itself or above, that is there must be writable.
 void CheckWritable(std::wstring key) {
     for (; !key.empty(); key.resize(key.find_last_of(L'\\') == key.npos ? 0 : key.find_last_of(L'\\'))) {
-        HKEY opened = nullptr;
-        const LSTATUS status = RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_READ | KEY_WRITE | DELETE, &opened);
+        const LSTATUS status = CRegistryKey(HKEY_CLASSES_ROOT, key, KEY_READ | KEY_WRITE | DELETE).Status();
         if (status == ERROR_SUCCESS) {
-            RegCloseKey(opened);
             return;
         }
         if (status != ERROR_FILE_NOT_FOUND) {

@@ -1,5 +1,7 @@
 #include "host/win/SavedSettings.h"
 
+#include "host/win/RegistryKey.h"
+
 #include <utility>
 
 namespace host {
@@ -9,34 +11,12 @@ namespace {
 constexpr wchar_t kPath[] = L"SOFTWARE\\Nerin Systems\\MF\\Transforms\\Deinterlace";
 constexpr wchar_t kValue[] = L"Attributes";
 
-// The owner of a key of the current user; empty when it cannot be opened.
-class CUserKey {
-public:
-    CUserKey(const std::wstring& path, REGSAM access) {
-        if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, access, &m_key) != ERROR_SUCCESS) {
-            m_key = nullptr;
-        }
-    }
-    CUserKey(const CUserKey&) = delete;
-    CUserKey& operator=(const CUserKey&) = delete;
-    ~CUserKey() {
-        if (m_key) {
-            RegCloseKey(m_key);
-        }
-    }
-    explicit operator bool() const { return m_key != nullptr; }
-    HKEY Get() const { return m_key; }
-
-private:
-    HKEY m_key = nullptr;
-};
-
 std::vector<std::wstring> MissingKeys() {
     std::vector<std::wstring> missing;
     const std::wstring path = kPath;
     for (std::size_t end = path.find(L'\\'); end != path.npos; end = path.find(L'\\', end + 1)) {
         const std::wstring part = path.substr(0, path.find(L'\\', end + 1));
-        if (!CUserKey(part, KEY_READ)) {
+        if (!CRegistryKey(HKEY_CURRENT_USER, part, KEY_READ)) {
             missing.push_back(part);
         }
     }
@@ -44,7 +24,7 @@ std::vector<std::wstring> MissingKeys() {
 }
 
 bool IsEmpty(const std::wstring& path) {
-    const CUserKey key(path, KEY_READ);
+    const CRegistryKey key(HKEY_CURRENT_USER, path, KEY_READ);
     DWORD subkeys = 0;
     DWORD values = 0;
     return key &&
@@ -57,7 +37,7 @@ bool IsEmpty(const std::wstring& path) {
 
 CSavedSettings::CSavedSettings()
     : m_missingKeys(MissingKeys()) {
-    const CUserKey key(kPath, KEY_READ);
+    const CRegistryKey key(HKEY_CURRENT_USER, kPath, KEY_READ);
     DWORD bytes = 0;
     if (!key || RegQueryValueExW(key.Get(), kValue, nullptr, &m_type, nullptr, &bytes) != ERROR_SUCCESS) {
         return;
@@ -68,7 +48,7 @@ CSavedSettings::CSavedSettings()
 }
 
 void CSavedSettings::PutBack() const {
-    if (const CUserKey key(kPath, KEY_READ | KEY_WRITE); key) {
+    if (const CRegistryKey key(HKEY_CURRENT_USER, kPath, KEY_READ | KEY_WRITE); key) {
         if (m_hadValue) {
             RegSetValueExW(key.Get(), kValue, 0, m_type, m_value.data(), static_cast<DWORD>(m_value.size()));
         } else {

@@ -37,16 +37,15 @@ void DoWork(const FrameWork& work, const FramePair& frames, Stores stores) {
 }
 
 Contestant Copying(const FrameSet& frames) {
-    return {"memcpy", frames.Turn([&](std::size_t i) {
-                std::memcpy(frames.Output(i), frames.Input(i), frames.Format().Bytes());
-            })};
+    return frames.MakeContestant(
+        "memcpy", [&](std::size_t i) { std::memcpy(frames.Output(i), frames.Input(i), frames.Format().Bytes()); });
 }
 
 Contestant Working(const FrameSet& frames, const FrameWork& work, Stores stores, const char* how) {
     const FrameShape shape = ShapeOf(frames.Format());
-    return {work.name + std::string(how), frames.Turn([&frames, work, stores, shape](std::size_t i) {
-                DoWork(work, {shape, frames.Input(i), frames.Output(i)}, stores);
-            })};
+    return frames.MakeContestant(work.name + std::string(how), [&frames, work, stores, shape](std::size_t i) {
+        DoWork(work, {shape, frames.Input(i), frames.Output(i)}, stores);
+    });
 }
 
 void Measure(const FrameFormat& format, Flow flow, Content content) {
@@ -77,12 +76,13 @@ bool IsWanted(const std::string& text, const char* part) {
 } // namespace
 
 // bench_frames: frames with either way of storing, but for the flow that reads cold frames after. bench_frames FRAME
-// FLOW: all works on the frames and flows whose name in the table has that text in it.
+// FLOW: all works on the frames whose name in the table has that text in it, in that flow.
 int main(int argc, char** argv) {
     const bool all = argc > 2;
     for (const FrameFormat& format : kSizes) {
         for (const Flow flow : {Flow::Cold, Flow::Warm, Flow::Read, Flow::Chain}) {
-            if (all ? !IsWanted(format.Text(), argv[1]) || !IsWanted(FlowName(flow), argv[2]) : flow == Flow::Read) {
+            if (all ? !IsWanted(format.Text(), argv[1]) || std::strcmp(FlowName(flow), argv[2]) != 0
+                    : flow == Flow::Read) {
                 continue;
             }
             Measure(format, flow, Content::Clean);

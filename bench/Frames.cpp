@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::size_t kColdBytes = std::size_t{192} << 20; // of each side; several times the largest cache
 constexpr std::size_t kTurnBytes = std::size_t{24} << 20;
+constexpr std::size_t kRunInBytes = std::size_t{64} << 20; // more than the largest cache holds
 constexpr std::align_val_t kAlignment{4096};
 
 std::uint8_t RowValue(Content content, std::int32_t row) {
@@ -82,17 +83,21 @@ void FrameSet::Free::operator()(std::uint8_t* bytes) const {
     operator delete(bytes, kAlignment);
 }
 
-std::function<void()> FrameSet::Turn(Work work) const {
-    return [this, work = std::move(work)] {
-        for (int i = 0; i < m_framesPerTurn; ++i) {
-            const std::size_t index = static_cast<std::size_t>(i) % Count();
-            if (m_flow == Flow::Chain) {
-                FillFrame(m_format, m_content, Input(index));
-            }
-            work(index);
-            if (m_flow == Flow::Chain || m_flow == Flow::Read) {
-                ReadFrame(Output(index), m_format.Bytes());
-            }
+Contestant FrameSet::MakeContestant(std::string name, Work work) const {
+    const int runInFrames = static_cast<int>(kRunInBytes / m_format.Bytes()) + 1;
+    const int runInFirst = std::max(0, m_framesPerTurn - runInFrames);
+    return {std::move(name), [this, work, runInFirst] { Run(work, runInFirst); }, [this, work] { Run(work, 0); }};
+}
+
+void FrameSet::Run(const Work& work, int first) const {
+    for (int i = first; i < m_framesPerTurn; ++i) {
+        const std::size_t index = static_cast<std::size_t>(i) % Count();
+        if (m_flow == Flow::Chain) {
+            FillFrame(m_format, m_content, Input(index));
         }
-    };
+        work(index);
+        if (m_flow == Flow::Chain || m_flow == Flow::Read) {
+            ReadFrame(Output(index), m_format.Bytes());
+        }
+    }
 }

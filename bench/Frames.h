@@ -1,6 +1,8 @@
 // The frames that benchmarks work on, and the order in which they come.
 #pragma once
 
+#include "bench/Turns.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -43,8 +45,11 @@ public:
     // The work on one frame, by its index.
     using Work = std::function<void(std::size_t index)>;
 
-    // One turn: some milliseconds of work on one frame after the other.
-    std::function<void()> Turn(Work work) const;
+    // Its turn: some milliseconds of work on one frame after the other.
+    Contestant MakeContestant(std::string name, Work work) const;
+
+    // The frames of a turn from `first` on.
+    void Run(const Work& work, int first) const;
 
     // Frames in one turn.
     int FramesPerTurn() const { return m_framesPerTurn; }

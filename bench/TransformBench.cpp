@@ -127,9 +127,8 @@ void Measure(const Module& module, const FrameFormat& format, Flow flow, Content
     const FrameSet frames(format, content, flow);
     const Samples samples(frames);
     const bool streaming = StoresFor(format.Bytes()) == Stores::Streaming;
-    std::vector<Contestant> contestants{{"memcpy", frames.Turn([&](std::size_t i) {
-                                             std::memcpy(frames.Output(i), frames.Input(i), format.Bytes());
-                                         })}};
+    std::vector<Contestant> contestants{frames.MakeContestant(
+        "memcpy", [&](std::size_t i) { std::memcpy(frames.Output(i), frames.Input(i), format.Bytes()); })};
     std::vector<double> wanted{0};
     std::vector<Worker> workers(FrameWorks().size());
     std::size_t next = 0;
@@ -141,11 +140,11 @@ void Measure(const Module& module, const FrameFormat& format, Flow flow, Content
         if (!workers[next - 1].Start(module, format, work) || (work.holdRuns && !worker.StartHold(format))) {
             Fail("the DLL's transform can't be set up");
         }
-        contestants.push_back({work.name, frames.Turn([&](std::size_t i) {
-                                   if (!worker.Run(samples.inputs[i].Get(), samples.outputs[i].Get())) {
-                                       Fail("a frame failed");
-                                   }
-                               })});
+        contestants.push_back(frames.MakeContestant(work.name, [&](std::size_t i) {
+            if (!worker.Run(samples.inputs[i].Get(), samples.outputs[i].Get())) {
+                Fail("a frame failed");
+            }
+        }));
         wanted.push_back(WantedRatio(work, format, flow, streaming));
     }
     const std::vector<Result> results = TakeTurns(contestants, kRounds);
@@ -171,11 +170,15 @@ void MeasureThreads(const Module& module, const FrameFormat& format, const Frame
         const double seconds = SecondsOf([&] {
             std::vector<std::jthread> threads;
             for (unsigned t = 0; t < count; ++t) {
-                threads.emplace_back(frames[t]->Turn([&, t](std::size_t i) {
-                    if (!workers[t].Run(samples[t]->inputs[i].Get(), samples[t]->outputs[i].Get())) {
-                        Fail("a frame failed");
-                    }
-                }));
+                threads.emplace_back([&, t] {
+                    frames[t]->Run(
+                        [&](std::size_t i) {
+                            if (!workers[t].Run(samples[t]->inputs[i].Get(), samples[t]->outputs[i].Get())) {
+                                Fail("a frame failed");
+                            }
+                        },
+                        0);
+                });
             }
         });
         const double turn = static_cast<double>(format.Bytes()) * frames[0]->FramesPerTurn();
@@ -191,7 +194,7 @@ bool IsWanted(const std::string& text, const char* part) {
 
 } // namespace
 
-// bench_transform [FRAME [FLOW]]: only the frames and flows whose name in the table has that text in it.
+// bench_transform [FRAME [FLOW]]: only the frames whose name in the table has that text in it, in that flow.
 int main(int argc, char** argv) {
     const PrivateRegistry user(HKEY_CURRENT_USER);
     const Module module;
@@ -203,7 +206,7 @@ int main(int argc, char** argv) {
             continue;
         }
         for (const Flow flow : {Flow::Cold, Flow::Warm, Flow::Read, Flow::Chain}) {
-            if (!IsWanted(FlowName(flow), argc > 2 ? argv[2] : nullptr)) {
+            if (argc > 2 && std::strcmp(FlowName(flow), argv[2]) != 0) {
                 continue;
             }
             for (const Content content : {Content::Clean, Content::Busy, Content::Combed}) {

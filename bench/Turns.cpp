@@ -22,6 +22,7 @@ std::vector<Result> TakeTurns(const std::vector<Contestant>& contestants, int ro
     std::vector<std::vector<double>> seconds(contestants.size());
     for (int round = 0; round <= rounds; ++round) {
         for (std::size_t i = 0; i < contestants.size(); ++i) {
+            contestants[i].runIn();
             const double taken = SecondsOf(contestants[i].run);
             if (round > 0) {
                 seconds[i].push_back(taken);

@@ -7,7 +7,8 @@
 
 struct Contestant {
     std::string name;
-    std::function<void()> run; // one turn
+    std::function<void()> runIn; // untimed, before each turn: leaves the cache as this contestant's own work leaves it
+    std::function<void()> run;   // one turn
 };
 
 // The middle one of several measurements, and the ones a quarter of the way from either end.

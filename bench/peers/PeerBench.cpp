@@ -42,15 +42,15 @@ Contestant Engine(const FrameSet& frames, const char* name, bool merge, bool aut
     const FrameFormat& format = frames.Format();
     const FrameShape shape{format.width, format.height, format.bits, format.Stride(), false};
     const Stores stores = StoresFor(format.Bytes());
-    return {name, frames.Turn([=, &frames](std::size_t i) {
-                const FramePair pair{shape, frames.Input(i), frames.Output(i)};
-                if (!automatic) {
-                    return WriteFrame(pair, {WholeFrame(shape), false, true, merge, true}, stores);
-                }
-                const CombSearch search(pair.input, shape, FrameComber(shape.width, shape.bits, nullptr),
-                                        InterlaceThreshold(shape.width, shape.height, 1.0));
-                DetectAndWriteFrame(pair, search, {}, false, stores);
-            })};
+    return frames.MakeContestant(name, [=, &frames](std::size_t i) {
+        const FramePair pair{shape, frames.Input(i), frames.Output(i)};
+        if (!automatic) {
+            return WriteFrame(pair, {WholeFrame(shape), false, true, merge, true}, stores);
+        }
+        const CombSearch search(pair.input, shape, FrameComber(shape.width, shape.bits, nullptr),
+                                InterlaceThreshold(shape.width, shape.height, 1.0));
+        DetectAndWriteFrame(pair, search, {}, false, stores);
+    });
 }
 
 template <class Peer>
@@ -60,13 +60,14 @@ void AddPeer(const char* name, const char* description, const FrameSet& frames, 
         std::fprintf(stderr, "bench_peers: %s is not on this machine\n", name);
         return;
     }
-    contestants.push_back({name, frames.Turn([peer, &frames](std::size_t i) { peer->Run(frames, i); })});
+    contestants.push_back(frames.MakeContestant(name, [peer, &frames](std::size_t i) { peer->Run(frames, i); }));
 }
 
 void Measure(const FrameFormat& format) {
     const FrameSet frames(format, Content::Clean, Flow::Cold);
     std::vector<Contestant> contestants{
-        {"memcpy", frames.Turn([&](std::size_t i) { std::memcpy(frames.Output(i), frames.Input(i), format.Bytes()); })},
+        frames.MakeContestant("memcpy",
+                              [&](std::size_t i) { std::memcpy(frames.Output(i), frames.Input(i), format.Bytes()); }),
         Engine(frames, "this engine: rebuild", false, false),
         Engine(frames, "this engine: merge", true, false),
         Engine(frames, "this engine: auto, clean", false, true),

@@ -4,8 +4,9 @@
 
 namespace {
 
-// Six frames each side of the transform, and room for what else the programs use. Measured: docs/performance.md.
-constexpr std::size_t kFramesInFlight = 16;
+// Six frames each side of the transform, and as much again for what else the programs use. Measured:
+// docs/performance.md.
+constexpr std::size_t kFramesInFlight = 24;
 
 } // namespace
 

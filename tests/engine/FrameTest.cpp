@@ -332,7 +332,7 @@ TEST(Stores, PastTheCacheWhenFramesInFlightOutgrowIt) {
         Stores stores;
     } kCases[] = {
         {720 * 480 * 2, 32u << 20, Stores::Ordinary},    {1920 * 1080 * 2, 32u << 20, Stores::Streaming},
-        {2u << 20, 32u << 20, Stores::Ordinary},         {(2u << 20) + 1, 32u << 20, Stores::Streaming},
+        {2u << 20, 48u << 20, Stores::Ordinary},         {(2u << 20) + 1, 48u << 20, Stores::Streaming},
         {1920 * 1080 * 2, 256u << 20, Stores::Ordinary}, {3840 * 2160 * 3, 0, Stores::Ordinary}, // not known
     };
     for (const auto& c : kCases) {

@@ -1,5 +1,6 @@
 // The row kernels of every level, on rows that stay in the first-level cache.
 #include "bench/Table.h"
+#include "engine/CarriedRows.h"
 #include "engine/RowKernels.h"
 
 #include <benchmark/benchmark.h>
@@ -16,20 +17,25 @@ constexpr std::ptrdiff_t kRows = 6;
 struct Rows {
     alignas(64) std::array<std::uint8_t, kRows * kRow> in{};
     alignas(64) std::array<std::uint8_t, 2 * kRow> out{};
+    CarriedRows carried;
 
     const std::uint8_t* Row(std::ptrdiff_t row) const { return in.data() + row * static_cast<std::ptrdiff_t>(kRow); }
 };
 
 using KernelRun = void (*)(const RowKernels& kernels, Rows& rows);
 
+RowRun Run(Rows& r, std::int32_t rows) {
+    return {r.out.data(), r.Row(2), r.Row(kRows - 1), kRow, kRow, kRow, rows};
+}
+
 template <RowWriters RowKernels::*Way>
 void RunRebuild(const RowKernels& k, Rows& r) {
-    (k.*Way).rebuild(r.out.data(), r.out.data() + kRow, r.Row(0), r.Row(2), kRow, r.Row(0));
+    (k.*Way).rebuild(Run(r, 2), r.carried.Row(0));
 }
 
 template <RowWriters RowKernels::*Way>
 void RunBlend(const RowKernels& k, Rows& r) {
-    (k.*Way).blend121(r.out.data(), r.Row(0), r.Row(1), r.Row(2), kRow, r.Row(0));
+    (k.*Way).blend(Run(r, 1), r.carried.Row(0), r.carried.Row(1));
 }
 
 template <RowWriters RowKernels::*Way>

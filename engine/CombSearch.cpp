@@ -25,6 +25,8 @@ struct TableSample {
     static std::uint32_t Count(bool step) { return step ? 1u : 0u; }
 };
 
+constexpr std::int32_t kStep = 3;
+
 CombTriosFn KernelFor(std::int32_t bits) {
     const RowKernels& kernels = ActiveRowKernels();
     return bits == 16 ? kernels.comb16 : bits == 24 ? kernels.comb24 : bits == 32 ? kernels.comb32 : nullptr;
@@ -64,7 +66,15 @@ bool CombSearch::IsSettled() const {
 void CombSearch::Step() {
     const std::ptrdiff_t stride = m_shape.stride;
     m_count += m_comber.Count(m_frame + m_pair * stride, stride, std::min(LastPair() - m_pair, 2));
-    m_pair += 3;
+    m_pair += kStep;
+}
+
+void CombSearch::FetchAhead() const {
+    const std::int32_t pair = m_pair + kStep;
+    if (pair <= LastPair()) {
+        ActiveRowKernels().fetch(m_frame + pair * std::ptrdiff_t{m_shape.stride},
+                                 2 * static_cast<std::size_t>(m_shape.stride));
+    }
 }
 
 bool CombSearch::Settle() {

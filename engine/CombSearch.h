@@ -48,6 +48,9 @@ public:
 
     void Step();
 
+    // Fetches the rows that the step after the next one compares. That pays where nobody else reads them.
+    void FetchAhead() const;
+
     // Steps until the search is settled. True when the frame is interlaced.
     bool Settle();
 

@@ -17,6 +17,13 @@ Stores AreaStores(const FrameShape& shape, const FramePlan& plan, Stores stores)
     return plan.area.width == shape.width ? stores : Stores::Ordinary;
 }
 
+// The largest equal strips that can be carried, of whole cache lines.
+std::int32_t StripBytes(std::int32_t rowBytes) {
+    constexpr std::int32_t kLine = 64;
+    const std::int32_t strips = (std::max(rowBytes, 1) - 1) / CarriedRows::kMaxBytes + 1;
+    return strips == 1 ? rowBytes : (rowBytes / strips + kLine) / kLine * kLine;
+}
+
 } // namespace
 
 bool FramePair::Overlap() const {
@@ -44,7 +51,8 @@ FrameOutput::FrameOutput(const FramePair& frames, const FramePlan& plan, Stores 
     , m_firstRow(plan.area.offset / frames.shape.stride)
     , m_areaLeft(plan.area.offset % frames.shape.stride)
     , m_copyBytes(RowBytes(plan.area.width, frames.shape.bits))
-    , m_combineBytes(plan.region ? m_copyBytes : frames.shape.stride) {
+    , m_combineBytes(plan.region ? m_copyBytes : frames.shape.stride)
+    , m_stripBytes(StripBytes(m_combineBytes)) {
     if (m_copyBytes < 1) { // no pixels: what is outside the area passes, and without a region nothing is outside
         m_row = plan.area.rows > 0 && !plan.region ? frames.shape.height : 0;
         m_plan.area.rows = 0;
@@ -79,14 +87,11 @@ void FrameOutput::PassRows(std::int32_t end) {
 
 // One row or some; of a rebuilt row, the kept one after it too.
 void FrameOutput::WriteAreaRows(std::int32_t end) {
-    switch (WorkOnRow(m_row - m_firstRow, m_plan.area.rows, m_plan.interpolate, m_plan.merge, m_plan.keepOdd)) {
-    case RowWork::Copy:
+    if (WorkOnRow(m_row - m_firstRow, m_plan.area.rows, m_plan.interpolate, m_plan.merge, m_plan.keepOdd) ==
+        RowWork::Copy) {
         return CopyRow();
-    case RowWork::Blend:
-        return BlendRows(std::min(end, AreaEnd() - 1)); // the last row of all is copied
-    case RowWork::Rebuild:
-        return RebuildRow();
     }
+    CombineRows(std::min(end, AreaEnd() - 1)); // the area's last row is copied
 }
 
 void FrameOutput::CopyRow() {
@@ -97,47 +102,47 @@ void FrameOutput::CopyRow() {
     m_areaWriters.copy(m_frames.output + at, m_frames.input + at, static_cast<std::size_t>(m_copyBytes));
 }
 
-// Three rows are read for each that is written, so those three have to fit in the first-level cache. Where they are too
-// long for it, some rows are written strip by strip; not through the cache, which foresees whole rows better.
-void FrameOutput::BlendRows(std::int32_t end) {
-    constexpr std::int32_t kLongRow = 8192;
-    constexpr std::int32_t kStrip = 4096; // whole cache lines
+// Some rows, strip by strip: what is read of them is carried from row to row.
+void FrameOutput::CombineRows(std::int32_t end) {
     constexpr std::int32_t kRowsPerStrip = 8;
-    end = std::min(end, m_row + kRowsPerStrip);
-    const bool inStrips = m_combineBytes > kLongRow && m_areaStores == Stores::Streaming;
-    const std::int32_t strip = inStrips ? kStrip : m_combineBytes;
-    for (std::int32_t left = 0; left < m_combineBytes; left += strip) {
-        for (std::int32_t row = m_row; row < end; ++row) {
-            BlendStrip(row, left, std::min(strip, m_combineBytes - left));
+    const std::int32_t step = m_plan.merge ? 1 : 2;
+    const std::int32_t rows = std::min(end - m_row, kRowsPerStrip);
+    end = m_row + (rows + step - 1) / step * step;
+    for (std::int32_t left = 0; left < m_combineBytes; left += m_stripBytes) {
+        const std::int32_t bytes = std::min(m_stripBytes, m_combineBytes - left);
+        if (m_carriedTo != m_row) {
+            TakeRows(left, bytes);
         }
+        CombineStrip(end, left, bytes);
     }
     for (; m_row < end; ++m_row) {
         PassMargins(m_row);
     }
+    m_carriedTo = m_stripBytes == m_combineBytes ? end : -1;
 }
 
-void FrameOutput::BlendStrip(std::int32_t row, std::int32_t left, std::int32_t bytes) {
-    const std::ptrdiff_t stride = m_frames.shape.stride;
-    const std::ptrdiff_t at = AreaByte(row) + left;
-    const std::uint8_t* in = m_frames.input + at;
-    m_areaWriters.blend121(m_frames.output + at, in - stride, in, in + stride, static_cast<std::size_t>(bytes),
-                           SoonRead(row + 1) + left);
-}
-
-// A rebuilt row is never the area's last, and the one after it is always copied.
-void FrameOutput::RebuildRow() {
-    const std::ptrdiff_t stride = m_frames.shape.stride;
-    const std::ptrdiff_t at = AreaByte(m_row);
-    const std::uint8_t* in = m_frames.input + at;
-    std::uint8_t* out = m_frames.output + at;
-    m_areaWriters.rebuild(out, out + stride, in - stride, in + stride, static_cast<std::size_t>(m_copyBytes),
-                          SoonRead(m_row + 1));
-    if (m_combineBytes > m_copyBytes) { // padding
-        m_areaWriters.average(out + m_copyBytes, in - stride + m_copyBytes, in + stride + m_copyBytes,
-                              static_cast<std::size_t>(m_combineBytes - m_copyBytes));
+void FrameOutput::TakeRows(std::int32_t left, std::int32_t bytes) {
+    m_carried.Take(m_row - 1, m_frames.input + AreaByte(m_row - 1) + left, bytes);
+    if (m_plan.merge) {
+        m_carried.Take(m_row, m_frames.input + AreaByte(m_row) + left, bytes);
     }
-    PassMargins(m_row++);
-    PassMargins(m_row++);
+}
+
+void FrameOutput::CombineStrip(std::int32_t end, std::int32_t left, std::int32_t bytes) {
+    const RowRun run{
+        .out = m_frames.output + AreaByte(m_row) + left,
+        .below = m_frames.input + AreaByte(m_row + 1) + left,
+        .last = m_frames.input + AreaByte(m_frames.shape.height - 1) + left,
+        .stride = m_frames.shape.stride,
+        .bytes = static_cast<std::size_t>(bytes),
+        .keptBytes = static_cast<std::size_t>(std::clamp(m_copyBytes - left, 0, bytes)), // without the padding
+        .rows = end - m_row,
+    };
+    if (m_plan.merge) {
+        m_areaWriters.blend(run, m_carried.Row(m_row - 1), m_carried.Row(m_row));
+    } else {
+        m_areaWriters.rebuild(run, m_carried.Row(m_row - 1));
+    }
 }
 
 // What of an area's row lies outside the area.
@@ -154,10 +159,4 @@ void FrameOutput::PassMargins(std::int32_t row) {
 
 std::ptrdiff_t FrameOutput::AreaByte(std::int32_t row) const {
     return std::ptrdiff_t{row} * m_frames.shape.stride + m_areaLeft;
-}
-
-// Far enough behind `row`, the last that is read now, for its bytes to arrive in time; within the frame.
-const std::uint8_t* FrameOutput::SoonRead(std::int32_t row) const {
-    constexpr std::int32_t kRowsAhead = 4; // even: rebuilding reads every other row
-    return m_frames.input + AreaByte(std::min(row + kRowsAhead, m_frames.shape.height - 1));
 }

@@ -1,6 +1,7 @@
 // The output frame: what each of its rows holds, and how its bytes get there.
 #pragma once
 
+#include "engine/CarriedRows.h"
 #include "engine/FrameRegion.h"
 #include "engine/RowKernels.h"
 #include "engine/Stores.h"
@@ -47,13 +48,12 @@ public:
 private:
     std::int32_t AreaEnd() const { return m_firstRow + m_plan.area.rows; }
     std::ptrdiff_t AreaByte(std::int32_t row) const;
-    const std::uint8_t* SoonRead(std::int32_t row) const;
     void PassRows(std::int32_t end);
     void WriteAreaRows(std::int32_t end);
     void CopyRow();
-    void BlendRows(std::int32_t end);
-    void BlendStrip(std::int32_t row, std::int32_t left, std::int32_t bytes);
-    void RebuildRow();
+    void CombineRows(std::int32_t end);
+    void TakeRows(std::int32_t left, std::int32_t bytes);
+    void CombineStrip(std::int32_t end, std::int32_t left, std::int32_t bytes);
     void PassMargins(std::int32_t row);
 
     FramePair m_frames;
@@ -65,5 +65,8 @@ private:
     std::int32_t m_areaLeft;     // bytes
     std::int32_t m_copyBytes;    // of a copied row of the area
     std::int32_t m_combineBytes; // of a combined one
+    std::int32_t m_stripBytes;   // of a combined one that are written in one go
     std::int32_t m_row = 0;
+    CarriedRows m_carried;
+    std::int32_t m_carriedTo = -1; // the row that the rows before it are carried for, in one strip
 };

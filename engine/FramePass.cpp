@@ -5,12 +5,17 @@
 namespace {
 
 // Bytes of the input that are written and looked at before the next ones are read: they stay in the second-level cache.
-constexpr std::int32_t kBandBytes = 32 * 1024;
+constexpr std::int32_t kBandBytes = 12 * 1024;
 
 // Copied rows leave the padding in the output as it was; rows that pass through don't. So one can't be put in the
 // other's place afterwards.
 bool HasPadding(const FrameShape& shape) {
     return RowBytes(shape.width, shape.bits) < shape.stride;
+}
+
+// Rebuilding leaves the rows out that it replaces; nobody but the search reads them.
+bool LeavesRowsOut(const FramePlan& plan) {
+    return plan.area.rows > 0 && plan.interpolate && !plan.merge;
 }
 
 bool DetectThenWrite(const FramePair& frames, CombSearch& search, const FramePlan& likely, bool decided,
@@ -37,10 +42,14 @@ bool DetectAndWriteFrame(const FramePair& frames, CombSearch search, const Frame
         return DetectThenWrite(frames, search, likely, decided, stores);
     }
     FrameOutput output(frames, likely, stores);
+    const bool leavesRowsOut = LeavesRowsOut(likely);
     const std::int32_t bandRows = std::max(kBandBytes / frames.shape.stride, 3);
     while (!search.IsSettled()) {
         output.WriteTo(search.NextRow() + bandRows);
         while (!search.IsSettled() && search.NextRow() < output.Rows()) {
+            if (leavesRowsOut) {
+                search.FetchAhead();
+            }
             search.Step();
         }
     }

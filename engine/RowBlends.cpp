@@ -25,7 +25,7 @@ void BlendLines121(std::uint8_t* destination, const std::uint8_t* above, const s
     const auto bytes = static_cast<std::size_t>(byteCount);
     const bool overlap = Overlaps(destination, above, bytes) || Overlaps(destination, current, bytes) ||
                          Overlaps(destination, below, bytes);
-    WritersFor(overlap).blend121(destination, above, current, below, bytes, below);
+    WritersFor(overlap).blend121(destination, above, current, below, bytes);
 }
 
 void AverageLines(std::uint8_t* destination, const std::uint8_t* above, const std::uint8_t* below,

@@ -9,9 +9,9 @@
     void AverageRow##stores##variant(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below,          \
                                      std::size_t bytes);                                                               \
     void BlendRow##stores##variant(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,          \
-                                   const std::uint8_t* below, std::size_t bytes, const std::uint8_t* soon);            \
-    void RebuildRows##stores##variant(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above,            \
-                                      const std::uint8_t* below, std::size_t bytes, const std::uint8_t* soon);         \
+                                   const std::uint8_t* below, std::size_t bytes);                                      \
+    void RebuildRows##stores##variant(const RowRun& run, std::uint8_t* carried);                                       \
+    void BlendRows##stores##variant(const RowRun& run, std::uint8_t* older, std::uint8_t* newer);                      \
     void Finish##stores##variant()
 
 #define NMFV_DECLARE_COMB_KERNELS(variant)                                                                             \
@@ -27,6 +27,8 @@ NMFV_DECLARE_ROW_WRITERS(Cached, Sse2);
 NMFV_DECLARE_ROW_WRITERS(Streamed, Sse2);
 NMFV_DECLARE_ROW_WRITERS(Cached, Avx2);
 NMFV_DECLARE_ROW_WRITERS(Streamed, Avx2);
+
+void FetchSse2(const std::uint8_t* in, std::size_t bytes);
 
 NMFV_DECLARE_COMB_KERNELS(Scalar);
 NMFV_DECLARE_COMB_KERNELS(Sse2);

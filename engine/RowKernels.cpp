@@ -15,14 +15,15 @@ bool Always() {
 }
 
 #define NMFV_WRITERS(suffix)                                                                                           \
-    { CopyRow##suffix, AverageRow##suffix, BlendRow##suffix, RebuildRows##suffix, Finish##suffix }
+    { CopyRow##suffix, AverageRow##suffix, BlendRow##suffix, RebuildRows##suffix, BlendRows##suffix, Finish##suffix }
 #define NMFV_COMBS(variant) CombTrios16##variant, CombTrios24##variant, CombTrios32##variant
 
 constexpr RowKernels kRowKernels[] = {
-    {"scalar", Always, NMFV_WRITERS(CachedScalar), NMFV_WRITERS(CachedScalar), NMFV_COMBS(Scalar)},
+    {"scalar", Always, [](const std::uint8_t*, std::size_t) {}, NMFV_WRITERS(CachedScalar), NMFV_WRITERS(CachedScalar),
+     NMFV_COMBS(Scalar)},
     // Every x64 processor has it.
-    {"sse2", Always, NMFV_WRITERS(CachedSse2), NMFV_WRITERS(StreamedSse2), NMFV_COMBS(Sse2)},
-    {"avx2", HasAvx2, NMFV_WRITERS(CachedAvx2), NMFV_WRITERS(StreamedAvx2), NMFV_COMBS(Avx2)},
+    {"sse2", Always, FetchSse2, NMFV_WRITERS(CachedSse2), NMFV_WRITERS(StreamedSse2), NMFV_COMBS(Sse2)},
+    {"avx2", HasAvx2, FetchSse2, NMFV_WRITERS(CachedAvx2), NMFV_WRITERS(StreamedAvx2), NMFV_COMBS(Avx2)},
 };
 
 #undef NMFV_WRITERS

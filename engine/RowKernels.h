@@ -5,9 +5,7 @@
 #include <cstdint>
 #include <span>
 
-// Kernels that write rows. `out`, `rebuilt` and `kept` overlap no row that is read, and each other neither. `soon`
-// leads to `bytes` bytes of the source frame that will be read before long: a kernel may fetch them into the cache
-// meanwhile.
+// Kernels that write rows. `out` overlaps no other row.
 
 // out[i] = in[i] for `bytes` bytes.
 using CopyRowFn = void (*)(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes);
@@ -18,12 +16,26 @@ using AverageRowFn = void (*)(std::uint8_t* out, const std::uint8_t* above, cons
 
 // out[i] = (above[i] + 2 * current[i] + below[i]) >> 2 for `bytes` bytes.
 using BlendRowFn = void (*)(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,
-                            const std::uint8_t* below, std::size_t bytes, const std::uint8_t* soon);
+                            const std::uint8_t* below, std::size_t bytes);
 
-// A rebuilt row and the kept one after it, in one go over what both read: rebuilt[i] = (above[i] + below[i]) >> 1 and
-// kept[i] = below[i] for `bytes` bytes.
-using RebuildRowsFn = void (*)(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above,
-                               const std::uint8_t* below, std::size_t bytes, const std::uint8_t* soon);
+// Rows one after the other that are made of the row above, the current one and the row below. Only the row below is
+// read in the frame: the others are carried along outside it, and the row below takes the place of the row above.
+struct RowRun {
+    std::uint8_t* out;         // the first row that is written
+    const std::uint8_t* below; // the row after that, in the frame that is read
+    const std::uint8_t* last;  // the last row of that frame: up to it a kernel may fetch what will be read before long
+    std::ptrdiff_t stride;     // of both frames
+    std::size_t bytes;         // of a combined row
+    std::size_t keptBytes;     // of a kept row, at most as many
+    std::int32_t rows;         // that are written
+};
+
+// Every second row is rebuilt, from the first one on: out[i] = (carried[i] + below[i]) >> 1, carried[i] = below[i]. The
+// row after it is kept: out[i] = carried[i].
+using RebuildRowsFn = void (*)(const RowRun& run, std::uint8_t* carried);
+
+// out[i] = (older[i] + 2 * newer[i] + below[i]) >> 2, older[i] = below[i]; then `older` and `newer` change places.
+using BlendRowsFn = void (*)(const RowRun& run, std::uint8_t* older, std::uint8_t* newer);
 
 // One way to store rows.
 struct RowWriters {
@@ -31,6 +43,7 @@ struct RowWriters {
     AverageRowFn average;
     BlendRowFn blend121;
     RebuildRowsFn rebuild;
+    BlendRowsFn blend;
     void (*finish)(); // after the last row, before anyone else may look at it
 };
 
@@ -45,9 +58,13 @@ struct RowWriters {
 using CombTriosFn = std::uint32_t (*)(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples,
                                       int pairsAfter);
 
+// Fetches `bytes` bytes that will be read before long into the cache, or does nothing.
+using FetchFn = void (*)(const std::uint8_t* in, std::size_t bytes);
+
 struct RowKernels {
     const char* name;
     bool (*supported)();
+    FetchFn fetch;
     RowWriters cached;   // ordinary stores: what is written stays in the cache
     RowWriters streamed; // stores that go past the cache to memory; the same bytes
     CombTriosFn comb16;  // samples of 4 bytes, all four compared: a pixel pair of a packed 4:2:2 format

@@ -13,8 +13,20 @@ __m256i Load(const std::uint8_t* p) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
 }
 
+struct HalfVector {
+    using Type = __m128i;
+    using Smaller = void;
+    static constexpr std::size_t kBytes = 16;
+
+    static Type Load(const std::uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const Type*>(p)); }
+    static void Store(std::uint8_t* p, Type v) { _mm_storeu_si128(reinterpret_cast<Type*>(p), v); }
+    static Type Invert(Type v) { return _mm_xor_si128(v, _mm_set1_epi8(-1)); }
+    static Type Average(Type a, Type b) { return _mm_avg_epu8(a, b); }
+};
+
 struct Vector {
     using Type = __m256i;
+    using Smaller = HalfVector;
     static constexpr std::size_t kBytes = 32;
 
     static Type Load(const std::uint8_t* p) { return ::Load(p); }
@@ -22,6 +34,7 @@ struct Vector {
     static void Stream(std::uint8_t* p, Type v) { _mm256_stream_si256(reinterpret_cast<Type*>(p), v); }
     static Type Invert(Type v) { return _mm256_xor_si256(v, _mm256_set1_epi8(-1)); }
     static Type Average(Type a, Type b) { return _mm256_avg_epu8(a, b); }
+    static void FetchNow(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T0); }
     static void FetchSoon(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T1); }
 };
 

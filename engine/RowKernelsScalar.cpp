@@ -4,6 +4,7 @@
 #include "engine/CombTrios.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -40,16 +41,30 @@ void AverageRowCachedScalar(std::uint8_t* out, const std::uint8_t* above, const 
 }
 
 void BlendRowCachedScalar(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,
-                          const std::uint8_t* below, std::size_t bytes, const std::uint8_t*) {
+                          const std::uint8_t* below, std::size_t bytes) {
     for (std::size_t i = 0; i < bytes; ++i) {
         out[i] = static_cast<std::uint8_t>((above[i] + 2 * current[i] + below[i]) >> 2);
     }
 }
 
-void RebuildRowsCachedScalar(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above,
-                             const std::uint8_t* below, std::size_t bytes, const std::uint8_t*) {
-    AverageRowCachedScalar(rebuilt, above, below, bytes);
-    CopyRowCachedScalar(kept, below, bytes);
+void RebuildRowsCachedScalar(const RowRun& run, std::uint8_t* carried) {
+    for (std::int32_t row = 0; row < run.rows; ++row) {
+        const std::ptrdiff_t at = row * run.stride;
+        if (row % 2 == 0) {
+            AverageRowCachedScalar(run.out + at, carried, run.below + at, run.bytes);
+            CopyRowCachedScalar(carried, run.below + at, run.bytes);
+        } else {
+            CopyRowCachedScalar(run.out + at, carried, run.keptBytes);
+        }
+    }
+}
+
+void BlendRowsCachedScalar(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
+    for (std::int32_t row = 0; row < run.rows; ++row, std::swap(older, newer)) {
+        const std::ptrdiff_t at = row * run.stride;
+        BlendRowCachedScalar(run.out + at, older, newer, run.below + at, run.bytes);
+        CopyRowCachedScalar(older, run.below + at, run.bytes);
+    }
 }
 
 void FinishCachedScalar() {}

@@ -16,6 +16,7 @@ __m128i Load(const std::uint8_t* p) {
 
 struct Vector {
     using Type = __m128i;
+    using Smaller = void;
     static constexpr std::size_t kBytes = 16;
 
     static Type Load(const std::uint8_t* p) { return ::Load(p); }
@@ -23,6 +24,7 @@ struct Vector {
     static void Stream(std::uint8_t* p, Type v) { _mm_stream_si128(reinterpret_cast<Type*>(p), v); }
     static Type Invert(Type v) { return _mm_xor_si128(v, _mm_set1_epi8(-1)); }
     static Type Average(Type a, Type b) { return _mm_avg_epu8(a, b); }
+    static void FetchNow(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T0); }
     static void FetchSoon(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T1); }
 };
 
@@ -118,6 +120,12 @@ struct Steps3Bytes {
 };
 
 } // namespace
+
+void FetchSse2(const std::uint8_t* in, std::size_t bytes) {
+    for (std::size_t i = 0; i < bytes; i += kCacheLine) {
+        Vector::FetchSoon(in + i);
+    }
+}
 
 NMFV_DEFINE_ROW_WRITERS(Vector, false, CachedSse2);
 NMFV_DEFINE_ROW_WRITERS(Vector, true, StreamedSse2);

@@ -1,7 +1,8 @@
 // The vector variants of the kernels that write rows, for any vector and either way of storing.
 //
-// `V` is the vector: Type; kBytes; Load and Store at any address, Stream past the cache at multiples of kBytes; Invert;
-// Average, which rounds up; FetchSoon, into the second-level cache.
+// `V` is the vector: Type; kBytes; Smaller, the vector for what this one is too long for, or void; Load and Store at
+// any address, Stream past the cache at multiples of kBytes; Invert; Average, which rounds up; FetchNow into the
+// first-level cache and FetchSoon into the second-level one, for any address.
 //
 // (a + b) >> 1 is the rounding average between complements: ~avg(~a, ~b). Twice that is (a + 2c + b) >> 2, so the bytes
 // stay bytes.
@@ -14,70 +15,142 @@
 
 #include "engine/RowKernelVariants.h"
 
+#include <algorithm>
+#include <type_traits>
+#include <utility>
+
 constexpr std::size_t kCacheLine = 64;
 
-// Mixes: what one row is made of, vector by vector or, where no vector fits, as the reference has it.
+// Mixes: what one row is made of, vector by vector (W: V or a smaller one) or, where none fits, as the reference has
+// it; and what is fetched meanwhile.
 
-template <class V>
+// How far ahead a row that is stored in the ordinary way is fetched, and a row that is read in one go with it.
+constexpr std::size_t kNowBytes = 4 * kCacheLine;
+
+template <class V, bool Streamed>
 struct CopyOf {
     const std::uint8_t* in;
 
-    typename V::Type At(std::size_t i) const { return V::Load(in + i); }
-    void Bytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
+    template <class W>
+    typename W::Type Mixed(std::size_t i) const {
+        return W::Load(in + i);
+    }
+    void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
         CopyRowCachedScalar(out + i, in + i, bytes);
     }
-    void Fetch(std::size_t) const {} // one row after the other is what the processor foresees
+    void Fetch(const std::uint8_t* out, std::size_t i) const {
+        if constexpr (!Streamed)
+            V::FetchNow(out + i + kNowBytes);
+    }
 };
+
+template <class W>
+typename W::Type AverageDown(typename W::Type a, typename W::Type b) {
+    return W::Invert(W::Average(W::Invert(a), W::Invert(b)));
+}
+
+template <class W>
+typename W::Type BlendDown(typename W::Type above, typename W::Type current, typename W::Type below) {
+    return W::Invert(W::Average(W::Average(W::Invert(above), W::Invert(below)), W::Invert(current)));
+}
 
 template <class V>
 struct AverageOf {
     const std::uint8_t* above;
     const std::uint8_t* below;
 
-    typename V::Type At(std::size_t i) const {
-        return V::Invert(V::Average(V::Invert(V::Load(above + i)), V::Invert(V::Load(below + i))));
+    template <class W>
+    typename W::Type Mixed(std::size_t i) const {
+        return AverageDown<W>(W::Load(above + i), W::Load(below + i));
     }
-    void Bytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
+    void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
         AverageRowCachedScalar(out + i, above + i, below + i, bytes);
     }
-    void Fetch(std::size_t) const {}
+    void Fetch(const std::uint8_t*, std::size_t) const {}
 };
 
-template <class V, bool Streamed>
+template <class V>
 struct BlendOf {
     const std::uint8_t* above;
     const std::uint8_t* current;
     const std::uint8_t* below;
+
+    template <class W>
+    typename W::Type Mixed(std::size_t i) const {
+        return BlendDown<W>(W::Load(above + i), W::Load(current + i), W::Load(below + i));
+    }
+    void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
+        BlendRowCachedScalar(out + i, above + i, current + i, below + i, bytes);
+    }
+    void Fetch(const std::uint8_t*, std::size_t) const {}
+};
+
+template <class V, bool Streamed>
+struct AverageOfNext {
+    std::uint8_t* carried;
+    const std::uint8_t* below;
     const std::uint8_t* soon;
 
-    typename V::Type At(std::size_t i) const {
-        const auto outer = V::Average(V::Invert(V::Load(above + i)), V::Invert(V::Load(below + i)));
-        return V::Invert(V::Average(outer, V::Invert(V::Load(current + i))));
+    template <class W>
+    typename W::Type Mixed(std::size_t i) const {
+        const auto above = W::Load(carried + i);
+        const auto next = W::Load(below + i);
+        W::Store(carried + i, next);
+        return AverageDown<W>(above, next);
     }
-    void Bytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
-        BlendRowCachedScalar(out + i, above + i, current + i, below + i, bytes, soon);
+    void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
+        AverageRowCachedScalar(out + i, carried + i, below + i, bytes);
+        CopyRowCachedScalar(carried + i, below + i, bytes);
     }
-    // Only where stores leave the memory the time for it.
-    void Fetch(std::size_t i) const {
-        if constexpr (Streamed) {
-            V::FetchSoon(soon + i);
+    void Fetch(const std::uint8_t* out, std::size_t i) const {
+        V::FetchSoon(soon + i); // every other row is read: nobody foresees that
+        if constexpr (!Streamed) {
+            V::FetchNow(out + i + kNowBytes);
         }
     }
 };
 
-// Bytes from `out` to where its first streamed line begins; 0 when none is.
-template <bool Streamed>
+template <class V, bool Streamed>
+struct BlendOfNext {
+    std::uint8_t* older;
+    const std::uint8_t* newer;
+    const std::uint8_t* below;
+    const std::uint8_t* soon;
+
+    template <class W>
+    typename W::Type Mixed(std::size_t i) const {
+        const auto above = W::Load(older + i);
+        const auto next = W::Load(below + i);
+        W::Store(older + i, next);
+        return BlendDown<W>(above, W::Load(newer + i), next);
+    }
+    void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
+        BlendRowCachedScalar(out + i, older + i, newer + i, below + i, bytes);
+        CopyRowCachedScalar(older + i, below + i, bytes);
+    }
+    void Fetch(const std::uint8_t* out, std::size_t i) const {
+        if constexpr (Streamed) {
+            V::FetchSoon(soon + i);
+        } else {
+            V::FetchNow(below + i + kNowBytes);
+            V::FetchNow(out + i + kNowBytes);
+        }
+    }
+};
+
+// Bytes from `out` to where its first whole cache line begins.
+template <class V>
 std::size_t BytesToLine(const std::uint8_t* out) {
-    return Streamed ? (0 - reinterpret_cast<std::uintptr_t>(out)) % kCacheLine : 0;
+    return (0 - reinterpret_cast<std::uintptr_t>(out)) % kCacheLine;
 }
 
 template <class V, bool Streamed, class Mix>
 void PutLine(std::uint8_t* out, std::size_t i, const Mix& mix) {
-    for (std::size_t k = i; k < i + kCacheLine; k += V::kBytes) {
+    for (std::size_t k = 0; k < kCacheLine; k += V::kBytes) {
         if constexpr (Streamed) {
-            V::Stream(out + k, mix.At(k));
+            V::Stream(out + i + k, mix.template Mixed<V>(i + k));
         } else {
-            V::Store(out + k, mix.At(k));
+            V::Store(out + i + k, mix.template Mixed<V>(i + k));
         }
     }
 }
@@ -86,100 +159,85 @@ void PutLine(std::uint8_t* out, std::size_t i, const Mix& mix) {
 template <class V, class Mix>
 void PutBytes(std::uint8_t* out, std::size_t i, std::size_t end, const Mix& mix) {
     for (; i + V::kBytes <= end; i += V::kBytes) {
-        V::Store(out + i, mix.At(i));
+        V::Store(out + i, mix.template Mixed<V>(i));
     }
-    mix.Bytes(out, i, end - i);
-}
-
-// What is left of a row of at least one vector, from i on. Where no line was streamed, the last vector may cover some
-// bytes once more.
-template <class V, bool Streamed, class Mix>
-void PutTail(std::uint8_t* out, std::size_t i, std::size_t end, const Mix& mix) {
-    if constexpr (Streamed) {
-        return PutBytes<V>(out, i, end, mix);
+    if (i == end) {
+        return;
     }
-    for (; i + V::kBytes <= end; i += V::kBytes) {
-        V::Store(out + i, mix.At(i));
-    }
-    if (i < end) {
-        V::Store(out + end - V::kBytes, mix.At(end - V::kBytes));
+    if constexpr (std::is_void_v<typename V::Smaller>) {
+        mix.MixBytes(out, i, end - i);
+    } else {
+        PutBytes<typename V::Smaller>(out, i, end, mix);
     }
 }
 
-// One row of at least a line and what comes before the first one.
 template <class V, bool Streamed, class Mix>
 void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix) {
-    std::size_t i = BytesToLine<Streamed>(out);
-    PutBytes<V>(out, 0, i, mix);
+    std::size_t i = 0;
+    if constexpr (Streamed) {
+        i = std::min(BytesToLine<V>(out), bytes);
+        PutBytes<V>(out, 0, i, mix);
+    }
     for (; i + kCacheLine <= bytes; i += kCacheLine) {
-        mix.Fetch(i);
+        mix.Fetch(out, i);
         PutLine<V, Streamed>(out, i, mix);
     }
-    PutTail<V, Streamed>(out, i, bytes, mix);
-}
-
-// The same for two rows whose addresses are alike as far as lines are concerned.
-template <class V, bool Streamed>
-void MixRebuiltRows(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above, const std::uint8_t* below,
-                    std::size_t bytes, const std::uint8_t* soon) {
-    const AverageOf<V> average{above, below};
-    const CopyOf<V> copy{below};
-    const std::ptrdiff_t nextRebuilt = 2 * (kept - rebuilt);
-    std::size_t i = BytesToLine<Streamed>(rebuilt);
-    PutBytes<V>(rebuilt, 0, i, average);
-    PutBytes<V>(kept, 0, i, copy);
-    for (; i + kCacheLine <= bytes; i += kCacheLine) {
-        V::FetchSoon(soon + i);
-        if constexpr (!Streamed) { // the lines that the next two rows are stored to
-            V::FetchSoon(rebuilt + nextRebuilt + i);
-            V::FetchSoon(kept + nextRebuilt + i);
-        }
-        PutLine<V, Streamed>(rebuilt, i, average);
-        PutLine<V, Streamed>(kept, i, copy);
+    if (i < bytes) {
+        PutBytes<V>(out, i, bytes, mix);
     }
-    PutTail<V, Streamed>(rebuilt, i, bytes, average);
-    PutTail<V, Streamed>(kept, i, bytes, copy);
 }
 
-// Rows shorter than this may have no line to stream, or no vector.
+// A block of this many bytes or more is copied in two halves side by side: two streams keep more of the memory busy.
+constexpr std::size_t kManyRows = 128 * 1024;
+
 template <class V, bool Streamed>
-constexpr std::size_t kShortRow = Streamed ? 2 * kCacheLine : V::kBytes;
+void CopyHalves(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
+    const CopyOf<V, Streamed> copy{in};
+    const std::size_t first = Streamed ? BytesToLine<V>(out) : 0;
+    const std::size_t half = (bytes - first) / 2 / kCacheLine * kCacheLine;
+    PutBytes<V>(out, 0, first, copy);
+    for (std::size_t i = first; i < first + half; i += kCacheLine) {
+        PutLine<V, Streamed>(out, i, copy);
+        PutLine<V, Streamed>(out, i + half, copy);
+    }
+    PutBytes<V>(out, first + 2 * half, bytes, copy);
+}
 
 template <class V, bool Streamed>
 void VectorCopy(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
-    if (bytes < kShortRow<V, Streamed>) {
-        return CopyRowCachedScalar(out, in, bytes);
+    if (bytes >= kManyRows) {
+        return CopyHalves<V, Streamed>(out, in, bytes);
     }
-    MixRow<V, Streamed>(out, bytes, CopyOf<V>{in});
+    MixRow<V, Streamed>(out, bytes, CopyOf<V, Streamed>{in});
+}
+
+// What will be read four rows after the row that begins at run.below + at: an even number, as rebuilding reads every
+// other row.
+template <class V>
+const std::uint8_t* SoonRead(const RowRun& run, std::ptrdiff_t at) {
+    const std::uint8_t* row = run.below + at;
+    return run.last - row < 4 * run.stride ? run.last : row + 4 * run.stride;
 }
 
 template <class V, bool Streamed>
-void VectorAverage(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below, std::size_t bytes) {
-    if (bytes < kShortRow<V, Streamed>) {
-        return AverageRowCachedScalar(out, above, below, bytes);
+void VectorRebuild(const RowRun& run, std::uint8_t* carried) {
+    for (std::int32_t row = 0; row < run.rows; row += 2) {
+        const std::ptrdiff_t at = row * run.stride;
+        MixRow<V, Streamed>(run.out + at, run.bytes,
+                            AverageOfNext<V, Streamed>{carried, run.below + at, SoonRead<V>(run, at)});
+        if (row + 1 < run.rows) {
+            MixRow<V, Streamed>(run.out + at + run.stride, run.keptBytes, CopyOf<V, Streamed>{carried});
+        }
     }
-    MixRow<V, Streamed>(out, bytes, AverageOf<V>{above, below});
 }
 
 template <class V, bool Streamed>
-void VectorBlend(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current, const std::uint8_t* below,
-                 std::size_t bytes, const std::uint8_t* soon) {
-    if (bytes < kShortRow<V, Streamed>) {
-        return BlendRowCachedScalar(out, above, current, below, bytes, soon);
+void VectorBlend(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
+    for (std::int32_t row = 0; row < run.rows; ++row, std::swap(older, newer)) {
+        const std::ptrdiff_t at = row * run.stride;
+        MixRow<V, Streamed>(run.out + at, run.bytes,
+                            BlendOfNext<V, Streamed>{older, newer, run.below + at, SoonRead<V>(run, at)});
     }
-    MixRow<V, Streamed>(out, bytes, BlendOf<V, Streamed>{above, current, below, soon});
-}
-
-template <class V, bool Streamed>
-void VectorRebuild(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above, const std::uint8_t* below,
-                   std::size_t bytes, const std::uint8_t* soon) {
-    const bool alike = BytesToLine<Streamed>(rebuilt) == BytesToLine<Streamed>(kept);
-    if (bytes < kShortRow<V, Streamed> || !alike) {
-        VectorAverage<V, Streamed>(rebuilt, above, below, bytes);
-        VectorCopy<V, Streamed>(kept, below, bytes);
-        return;
-    }
-    MixRebuiltRows<V, Streamed>(rebuilt, kept, above, below, bytes, soon);
 }
 
 // Defines the functions that RowKernelVariants.h declares for a variant.
@@ -189,15 +247,17 @@ void VectorRebuild(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t
     }                                                                                                                  \
     void AverageRow##suffix(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below,                   \
                             std::size_t bytes) {                                                                       \
-        VectorAverage<V, streamed>(out, above, below, bytes);                                                          \
+        MixRow<V, streamed>(out, bytes, AverageOf<V>{above, below});                                                   \
     }                                                                                                                  \
     void BlendRow##suffix(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,                   \
-                          const std::uint8_t* below, std::size_t bytes, const std::uint8_t* soon) {                    \
-        VectorBlend<V, streamed>(out, above, current, below, bytes, soon);                                             \
+                          const std::uint8_t* below, std::size_t bytes) {                                              \
+        MixRow<V, streamed>(out, bytes, BlendOf<V>{above, current, below});                                            \
     }                                                                                                                  \
-    void RebuildRows##suffix(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above,                     \
-                             const std::uint8_t* below, std::size_t bytes, const std::uint8_t* soon) {                 \
-        VectorRebuild<V, streamed>(rebuilt, kept, above, below, bytes, soon);                                          \
+    void RebuildRows##suffix(const RowRun& run, std::uint8_t* carried) {                                               \
+        VectorRebuild<V, streamed>(run, carried);                                                                      \
+    }                                                                                                                  \
+    void BlendRows##suffix(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {                              \
+        VectorBlend<V, streamed>(run, older, newer);                                                                   \
     }                                                                                                                  \
     void Finish##suffix() {                                                                                            \
         if (streamed) {                                                                                                \

@@ -56,12 +56,17 @@ constexpr Mix kMixes[] = {
     {"average", 1,
      [](const RowWriters& w, Out out, Rows rows, std::size_t n) { w.average(out[0], rows[0], rows[2], n); }},
     {"blend121", 1,
-     [](const RowWriters& w, Out out, Rows rows, std::size_t n) {
-         w.blend121(out[0], rows[0], rows[1], rows[2], n, rows[1]);
-     }},
+     [](const RowWriters& w, Out out, Rows rows, std::size_t n) { w.blend121(out[0], rows[0], rows[1], rows[2], n); }},
     {"rebuild", 2,
      [](const RowWriters& w, Out out, Rows rows, std::size_t n) {
-         w.rebuild(out[0], out[1], rows[0], rows[2], n, rows[1]);
+         std::copy_n(rows[0], n, out[1]);
+         w.rebuild({out[0], rows[2], rows[2], 0, n, n, 1}, out[1]);
+     }},
+    {"blend", 2,
+     [](const RowWriters& w, Out out, Rows rows, std::size_t n) {
+         std::vector<std::uint8_t> newer(rows[1], rows[1] + n);
+         std::copy_n(rows[0], n, out[1]);
+         w.blend({out[0], rows[2], rows[2], 0, n, n, 1}, out[1], newer.data());
      }},
 };
 
@@ -226,10 +231,11 @@ std::string CheckComb(const Comb& comb, const RowKernels& variant, const RowKern
 
 } // namespace
 
-const RowWriters kPlainWriters{PlainCopy, PlainAverage<>, PlainBlend<>, PlainRebuild<>, [] {}};
+const RowWriters kPlainWriters{PlainCopy, PlainAverage<>, PlainBlend<>, PlainRebuild, PlainBlendRows, [] {}};
 
 const RowKernels kPlainKernels{"plain",
                                [] { return true; },
+                               [](const std::uint8_t*, std::size_t) {},
                                kPlainWriters,
                                kPlainWriters,
                                PlainCombTrios<4, 4>,

@@ -1,6 +1,8 @@
 // Row kernels written from their description, and what tests break in them.
 #pragma once
 
+#include "engine/RowKernels.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -35,17 +37,21 @@ void PlainAverage(std::uint8_t* out, const std::uint8_t* above, const std::uint8
 
 template <int Rounding = 0>
 void PlainBlend(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current, const std::uint8_t* below,
-                std::size_t bytes, const std::uint8_t* = nullptr) {
+                std::size_t bytes) {
     for (std::size_t i = 0; i < bytes; ++i) {
         out[i] = static_cast<std::uint8_t>((above[i] + 2 * current[i] + below[i] + Rounding) / 4);
     }
 }
 
-template <int Rounding = 0>
-void PlainRebuild(std::uint8_t* rebuilt, std::uint8_t* kept, const std::uint8_t* above, const std::uint8_t* below,
-                  std::size_t bytes, const std::uint8_t*) {
-    PlainAverage<Rounding>(rebuilt, above, below, bytes);
-    std::copy_n(below, bytes, kept);
+// One row each.
+inline void PlainRebuild(const RowRun& run, std::uint8_t* carried) {
+    PlainAverage(run.out, carried, run.below, run.bytes);
+    std::copy_n(run.below, run.bytes, carried);
+}
+
+inline void PlainBlendRows(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
+    PlainBlend(run.out, older, newer, run.below, run.bytes);
+    std::copy_n(run.below, run.bytes, older);
 }
 
 inline void PlainCopy(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {

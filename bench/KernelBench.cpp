@@ -30,12 +30,12 @@ RowRun Run(Rows& r, std::int32_t rows) {
 
 template <RowWriters RowKernels::*Way>
 void RunRebuild(const RowKernels& k, Rows& r) {
-    (k.*Way).rebuild(Run(r, 2), r.carried.Row(0));
+    (k.*Way).rebuild(Run(r, 2), r.carried.One());
 }
 
 template <RowWriters RowKernels::*Way>
 void RunBlend(const RowKernels& k, Rows& r) {
-    (k.*Way).blend(Run(r, 1), r.carried.Row(0), r.carried.Row(1));
+    (k.*Way).blend(Run(r, 1), r.carried.OfTwo(0), r.carried.OfTwo(1));
 }
 
 template <RowWriters RowKernels::*Way>

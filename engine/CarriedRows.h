@@ -3,22 +3,20 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 
-// Rows, or strips of them, of up to kMaxBytes bytes. The copies of two rows fit in the first-level cache.
+// One row, or two neighbours: few enough bytes for the first-level cache.
 class CarriedRows {
+    static constexpr std::int32_t kApart = 8192 + 320; // bytes between two rows: not in the same sets of the cache
+
 public:
-    static constexpr std::int32_t kMaxBytes = 8192;
+    static constexpr std::int32_t kMaxBytesOfTwo = 8192;     // each
+    static constexpr std::int32_t kMaxBytesOfOne = 2 * 8192; // in the place of both
 
-    // Where `row` is kept, until the row after the next takes its place.
-    std::uint8_t* Row(std::int32_t row) { return m_bytes + (row & 1) * kApart; }
+    std::uint8_t* One() { return m_bytes; }
 
-    void Take(std::int32_t row, const std::uint8_t* in, std::int32_t bytes) {
-        std::memcpy(Row(row), in, static_cast<std::size_t>(bytes));
-    }
+    // Where `row` of two is kept, until the row after the next takes its place.
+    std::uint8_t* OfTwo(std::int32_t row) { return m_bytes + (row & 1) * kApart; }
 
 private:
-    static constexpr std::int32_t kApart = kMaxBytes + 320; // not in the same sets of the cache
-
     alignas(64) std::uint8_t m_bytes[2 * kApart];
 };

@@ -17,10 +17,10 @@ Stores AreaStores(const FrameShape& shape, const FramePlan& plan, Stores stores)
     return plan.area.width == shape.width ? stores : Stores::Ordinary;
 }
 
-// The largest equal strips that can be carried, of whole cache lines.
-std::int32_t StripBytes(std::int32_t rowBytes) {
+// The largest equal strips of `most` bytes at most, of whole cache lines.
+std::int32_t StripBytes(std::int32_t rowBytes, std::int32_t most) {
     constexpr std::int32_t kLine = 64;
-    const std::int32_t strips = (std::max(rowBytes, 1) - 1) / CarriedRows::kMaxBytes + 1;
+    const std::int32_t strips = (std::max(rowBytes, 1) - 1) / most + 1;
     return strips == 1 ? rowBytes : (rowBytes / strips + kLine) / kLine * kLine;
 }
 
@@ -52,7 +52,7 @@ FrameOutput::FrameOutput(const FramePair& frames, const FramePlan& plan, Stores 
     , m_areaLeft(plan.area.offset % frames.shape.stride)
     , m_copyBytes(RowBytes(plan.area.width, frames.shape.bits))
     , m_combineBytes(plan.region ? m_copyBytes : frames.shape.stride)
-    , m_stripBytes(StripBytes(m_combineBytes)) {
+    , m_stripBytes(StripBytes(m_combineBytes, plan.merge ? CarriedRows::kMaxBytesOfTwo : CarriedRows::kMaxBytesOfOne)) {
     if (m_copyBytes < 1) { // no pixels: what is outside the area passes, and without a region nothing is outside
         m_row = plan.area.rows > 0 && !plan.region ? frames.shape.height : 0;
         m_plan.area.rows = 0;
@@ -121,11 +121,16 @@ void FrameOutput::CombineRows(std::int32_t end) {
     m_carriedTo = m_stripBytes == m_combineBytes ? end : -1;
 }
 
+// Reads the rows around the next one that are carried from then on.
 void FrameOutput::TakeRows(std::int32_t left, std::int32_t bytes) {
-    m_carried.Take(m_row - 1, m_frames.input + AreaByte(m_row - 1) + left, bytes);
-    if (m_plan.merge) {
-        m_carried.Take(m_row, m_frames.input + AreaByte(m_row) + left, bytes);
+    const std::uint8_t* above = m_frames.input + AreaByte(m_row - 1) + left;
+    const auto size = static_cast<std::size_t>(bytes);
+    if (!m_plan.merge) {
+        std::memcpy(m_carried.One(), above, size);
+        return;
     }
+    std::memcpy(m_carried.OfTwo(m_row - 1), above, size);
+    std::memcpy(m_carried.OfTwo(m_row), above + m_frames.shape.stride, size);
 }
 
 void FrameOutput::CombineStrip(std::int32_t end, std::int32_t left, std::int32_t bytes) {
@@ -139,9 +144,9 @@ void FrameOutput::CombineStrip(std::int32_t end, std::int32_t left, std::int32_t
         .rows = end - m_row,
     };
     if (m_plan.merge) {
-        m_areaWriters.blend(run, m_carried.Row(m_row - 1), m_carried.Row(m_row));
+        m_areaWriters.blend(run, m_carried.OfTwo(m_row - 1), m_carried.OfTwo(m_row));
     } else {
-        m_areaWriters.rebuild(run, m_carried.Row(m_row - 1));
+        m_areaWriters.rebuild(run, m_carried.One());
     }
 }
 

@@ -13,8 +13,9 @@ constexpr const char* kWhere = "engine, native";
 constexpr int kRounds = 15;
 
 constexpr FrameFormat kSizes[] = {
-    {"YUY2", 720, 480, 16},   {"RGB24", 720, 480, 24},   {"YUY2", 1280, 720, 16},  {"RGB24", 1280, 720, 24},
-    {"YUY2", 1920, 1080, 16}, {"RGB24", 1920, 1080, 24}, {"YUY2", 3840, 2160, 16}, {"RGB24", 3840, 2160, 24},
+    {"YUY2", 720, 480, 16},   {"RGB24", 720, 480, 24},   {"YUY2", 1024, 576, 16},  {"RGB24", 1024, 576, 24},
+    {"YUY2", 1280, 720, 16},  {"RGB24", 1280, 720, 24},  {"YUY2", 1920, 1080, 16}, {"RGB24", 1920, 1080, 24},
+    {"YUY2", 3840, 2160, 16}, {"RGB24", 3840, 2160, 24},
 };
 
 FrameShape ShapeOf(const FrameFormat& format) {

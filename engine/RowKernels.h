@@ -34,7 +34,8 @@ struct RowRun {
 // row after it is kept: out[i] = carried[i].
 using RebuildRowsFn = void (*)(const RowRun& run, std::uint8_t* carried);
 
-// out[i] = (older[i] + 2 * newer[i] + below[i]) >> 2, older[i] = below[i]; then `older` and `newer` change places.
+// `older` holds the row above, `newer` the current one: out[i] = (older[i] + 2 * newer[i] + below[i]) >> 2, older[i] =
+// below[i]; for the next row the two change their roles.
 using BlendRowsFn = void (*)(const RowRun& run, std::uint8_t* older, std::uint8_t* newer);
 
 // One way to store rows.

@@ -10,21 +10,20 @@
 // Streamed rows: whole cache lines are streamed, and what lies before the first and after the last one is stored in the
 // ordinary way. A line that is stored in both ways costs many times what it saves.
 //
-// Instantiate this with types of an unnamed namespace only, as CombTrios.h.
+// Instantiate this with types of an unnamed namespace only, as CombTrios.h, and call nothing else that is shared.
 #pragma once
 
 #include "engine/RowKernelVariants.h"
 
-#include <algorithm>
 #include <type_traits>
-#include <utility>
 
 constexpr std::size_t kCacheLine = 64;
 
 // Mixes: what one row is made of, vector by vector (W: V or a smaller one) or, where none fits, as the reference has
 // it; and what is fetched meanwhile.
 
-// How far ahead a row that is stored in the ordinary way is fetched, and a row that is read in one go with it.
+// How far ahead of the bytes at hand the next lines are fetched, of rows that are read or written one after the other.
+// Behind the frame's end a fetch does nothing.
 constexpr std::size_t kNowBytes = 4 * kCacheLine;
 
 template <class V, bool Streamed>
@@ -39,8 +38,9 @@ struct CopyOf {
         CopyRowCachedScalar(out + i, in + i, bytes);
     }
     void Fetch(const std::uint8_t* out, std::size_t i) const {
-        if constexpr (!Streamed)
+        if constexpr (!Streamed) {
             V::FetchNow(out + i + kNowBytes);
+        }
     }
 };
 
@@ -175,7 +175,7 @@ template <class V, bool Streamed, class Mix>
 void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix) {
     std::size_t i = 0;
     if constexpr (Streamed) {
-        i = std::min(BytesToLine<V>(out), bytes);
+        i = BytesToLine<V>(out) < bytes ? BytesToLine<V>(out) : bytes;
         PutBytes<V>(out, 0, i, mix);
     }
     for (; i + kCacheLine <= bytes; i += kCacheLine) {
@@ -233,10 +233,11 @@ void VectorRebuild(const RowRun& run, std::uint8_t* carried) {
 
 template <class V, bool Streamed>
 void VectorBlend(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
-    for (std::int32_t row = 0; row < run.rows; ++row, std::swap(older, newer)) {
+    for (std::int32_t row = 0; row < run.rows; ++row) {
         const std::ptrdiff_t at = row * run.stride;
         MixRow<V, Streamed>(run.out + at, run.bytes,
-                            BlendOfNext<V, Streamed>{older, newer, run.below + at, SoonRead<V>(run, at)});
+                            BlendOfNext<V, Streamed>{row % 2 ? newer : older, row % 2 ? older : newer, run.below + at,
+                                                     SoonRead<V>(run, at)});
     }
 }
 

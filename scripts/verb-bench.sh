@@ -59,4 +59,5 @@ measure "the chain, natively" "$nmfv_build/bench/bench_frames"
 measure "the DLL in Wine" "$nmfv_scripts/wine" "$nmfv_build/mingw/bench_transform.exe"
 measure "peers" "$nmfv_build/bench/bench_peers"
 write_page
+(cd "$nmfv_top" && step "configuring mingw without benchmarks" cmake --preset mingw -DNMFV_BENCH=OFF) || die "the build folder still has benchmarks on"
 say "written: docs/performance.md"

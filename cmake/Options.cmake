@@ -3,7 +3,7 @@ add_library(nmfv_options INTERFACE)
 target_include_directories(nmfv_options INTERFACE ${PROJECT_SOURCE_DIR})
 
 if(MSVC)
-  target_compile_options(nmfv_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
+  target_compile_options(nmfv_options INTERFACE /W4 /wd4324 /permissive- /utf-8 /Zc:__cplusplus) # 4324: alignas pads, as it should
   set(NMFV_FATAL /WX)
 else()
   target_compile_options(nmfv_options INTERFACE -Wall -Wextra -Wshadow -Wformat=2

@@ -183,6 +183,7 @@ void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix) {
         PutLine<V, Streamed>(out, i, mix);
     }
     if (i < bytes) {
+        mix.Fetch(out, i);
         PutBytes<V>(out, i, bytes, mix);
     }
 }

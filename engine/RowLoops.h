@@ -171,10 +171,11 @@ void PutBytes(std::uint8_t* out, std::size_t i, std::size_t end, const Mix& mix)
     }
 }
 
-template <class V, bool Streamed, class Mix>
+// Lines: stored line by line. Ordinary stores may lie across lines instead, and begin at the row's start.
+template <class V, bool Streamed, bool Lines = Streamed, class Mix>
 void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix) {
     std::size_t i = 0;
-    if constexpr (Streamed) {
+    if constexpr (Lines) {
         i = BytesToLine<V>(out) < bytes ? BytesToLine<V>(out) : bytes;
         PutBytes<V>(out, 0, i, mix);
     }
@@ -224,10 +225,10 @@ template <class V, bool Streamed>
 void VectorRebuild(const RowRun& run, std::uint8_t* carried) {
     for (std::int32_t row = 0; row < run.rows; row += 2) {
         const std::ptrdiff_t at = row * run.stride;
-        MixRow<V, Streamed>(run.out + at, run.bytes,
-                            AverageOfNext<V, Streamed>{carried, run.below + at, SoonRead<V>(run, at)});
+        MixRow<V, Streamed, true>(run.out + at, run.bytes,
+                                  AverageOfNext<V, Streamed>{carried, run.below + at, SoonRead<V>(run, at)});
         if (row + 1 < run.rows) {
-            MixRow<V, Streamed>(run.out + at + run.stride, run.keptBytes, CopyOf<V, Streamed>{carried});
+            MixRow<V, Streamed, true>(run.out + at + run.stride, run.keptBytes, CopyOf<V, Streamed>{carried});
         }
     }
 }

@@ -1,9 +1,8 @@
 // Whole frames through the engine alone: every work, either way of storing, and what the rule chooses. By turns with
 // memcpy.
+#include "bench/EngineWork.h"
 #include "bench/Table.h"
 #include "bench/Works.h"
-#include "engine/FramePass.h"
-#include "engine/InterlaceDetector.h"
 
 #include <cstring>
 
@@ -18,42 +17,16 @@ constexpr FrameFormat kSizes[] = {
     {"YUY2", 3840, 2160, 16}, {"RGB24", 3840, 2160, 24},
 };
 
-FrameShape ShapeOf(const FrameFormat& format) {
-    return {format.width, format.height, format.bits, format.Stride(), false};
-}
-
-// The frame driver's steps, with the stores chosen here.
-void DoWork(const FrameWork& work, const FramePair& frames, Stores stores) {
-    const FramePlan plan{WholeFrame(frames.shape), false, true, work.merge, true};
-    if (!work.automatic) {
-        return WriteFrame(frames, work.enabled ? plan : FramePlan{}, stores);
-    }
-    const FrameShape& shape = frames.shape;
-    const CombSearch search(frames.input, shape, FrameComber(shape.width, shape.bits, nullptr),
-                            InterlaceThreshold(shape.width, shape.height, 1.0));
-    if (DetectAndWriteFrame(frames, search, work.holdRuns ? plan : FramePlan{}, work.holdRuns, stores) &&
-        !work.holdRuns) {
-        WriteFrame(frames, plan, stores);
-    }
-}
-
-Contestant Copying(const FrameSet& frames) {
-    return frames.MakeContestant(
-        "memcpy", [&](std::size_t i) { std::memcpy(frames.Output(i), frames.Input(i), frames.Format().Bytes()); });
-}
-
 Contestant Working(const FrameSet& frames, const FrameWork& work, Stores stores, const char* how) {
-    const FrameShape shape = ShapeOf(frames.Format());
-    return frames.MakeContestant(work.name + std::string(how), [&frames, work, stores, shape](std::size_t i) {
-        DoWork(work, {shape, frames.Input(i), frames.Output(i)}, stores);
-    });
+    return frames.MakeContestant(work.name + std::string(how),
+                                 [&frames, work, stores](std::size_t i) { DoWork(work, frames, i, stores); });
 }
 
 void Measure(const FrameFormat& format, Flow flow, Content content) {
     const FrameSet frames(format, content, flow);
     const Stores chosen = StoresFor(format.Bytes());
     const bool streaming = chosen == Stores::Streaming;
-    std::vector<Contestant> contestants{Copying(frames)};
+    std::vector<Contestant> contestants{frames.MakeCopying()};
     std::vector<double> wanted{0};
     for (const FrameWork& work : FrameWorks()) {
         if (work.content != content) {

@@ -89,6 +89,10 @@ Contestant FrameSet::MakeContestant(std::string name, Work work) const {
     return {std::move(name), [this, work, runInFirst] { Run(work, runInFirst); }, [this, work] { Run(work, 0); }};
 }
 
+Contestant FrameSet::MakeCopying() const {
+    return MakeContestant("memcpy", [this](std::size_t i) { std::memcpy(Output(i), Input(i), m_format.Bytes()); });
+}
+
 void FrameSet::Run(const Work& work, int first) const {
     for (int i = first; i < m_framesPerTurn; ++i) {
         const std::size_t index = static_cast<std::size_t>(i) % Count();

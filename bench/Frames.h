@@ -37,7 +37,7 @@ enum class Flow {
 
 const char* FlowName(Flow flow);
 
-// Input and output frames at addresses that are multiples of 64, as many of each as the flow wants.
+// Input and output frames at addresses that are multiples of 4096, as many of each as the flow wants.
 class FrameSet {
 public:
     FrameSet(const FrameFormat& format, Content content, Flow flow);
@@ -45,8 +45,11 @@ public:
     // The work on one frame, by its index.
     using Work = std::function<void(std::size_t index)>;
 
-    // Its turn: some milliseconds of work on one frame after the other.
+    // Whose turn is some milliseconds of work on one frame after the other. The set must outlive it.
     Contestant MakeContestant(std::string name, Work work) const;
+
+    // The one that all others are compared with: memcpy of each frame.
+    Contestant MakeCopying() const;
 
     // The frames of a turn from `first` on.
     void Run(const Work& work, int first) const;

@@ -127,8 +127,7 @@ void Measure(const Module& module, const FrameFormat& format, Flow flow, Content
     const FrameSet frames(format, content, flow);
     const Samples samples(frames);
     const bool streaming = StoresFor(format.Bytes()) == Stores::Streaming;
-    std::vector<Contestant> contestants{frames.MakeContestant(
-        "memcpy", [&](std::size_t i) { std::memcpy(frames.Output(i), frames.Input(i), format.Bytes()); })};
+    std::vector<Contestant> contestants{frames.MakeCopying()};
     std::vector<double> wanted{0};
     std::vector<Worker> workers(FrameWorks().size());
     std::size_t next = 0;

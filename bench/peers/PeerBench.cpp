@@ -1,9 +1,8 @@
 // What others offer for the same job, each by turns with memcpy and with this engine, in one process on one thread.
+#include "bench/EngineWork.h"
 #include "bench/Table.h"
 #include "bench/peers/AvFilters.h"
 #include "bench/peers/GstElement.h"
-#include "engine/FramePass.h"
-#include "engine/InterlaceDetector.h"
 
 #include <cstdio>
 #include <cstring>
@@ -38,21 +37,6 @@ constexpr struct {
     {"GStreamer deinterlace yadif", "deinterlace mode=interlaced fields=top method=yadif"},
 };
 
-Contestant Engine(const FrameSet& frames, const char* name, bool merge, bool automatic) {
-    const FrameFormat& format = frames.Format();
-    const FrameShape shape{format.width, format.height, format.bits, format.Stride(), false};
-    const Stores stores = StoresFor(format.Bytes());
-    return frames.MakeContestant(name, [=, &frames](std::size_t i) {
-        const FramePair pair{shape, frames.Input(i), frames.Output(i)};
-        if (!automatic) {
-            return WriteFrame(pair, {WholeFrame(shape), false, true, merge, true}, stores);
-        }
-        const CombSearch search(pair.input, shape, FrameComber(shape.width, shape.bits, nullptr),
-                                InterlaceThreshold(shape.width, shape.height, 1.0));
-        DetectAndWriteFrame(pair, search, {}, false, stores);
-    });
-}
-
 template <class Peer>
 void AddPeer(const char* name, const char* description, const FrameSet& frames, std::vector<Contestant>& contestants) {
     const std::shared_ptr<Peer> peer = Peer::Make(description, frames.Format());
@@ -65,13 +49,13 @@ void AddPeer(const char* name, const char* description, const FrameSet& frames, 
 
 void Measure(const FrameFormat& format) {
     const FrameSet frames(format, Content::Clean, Flow::Cold);
-    std::vector<Contestant> contestants{
-        frames.MakeContestant("memcpy",
-                              [&](std::size_t i) { std::memcpy(frames.Output(i), frames.Input(i), format.Bytes()); }),
-        Engine(frames, "this engine: rebuild", false, false),
-        Engine(frames, "this engine: merge", true, false),
-        Engine(frames, "this engine: auto, clean", false, true),
-    };
+    const Stores stores = StoresFor(format.Bytes());
+    std::vector<Contestant> contestants{frames.MakeCopying()};
+    for (const FrameWork& work : FrameWorks().subspan(1, 3)) { // rebuild, merge and auto on clean frames
+        contestants.push_back(
+            frames.MakeContestant(std::string("this engine: ") + work.name,
+                                  [&frames, work, stores](std::size_t i) { DoWork(work, frames, i, stores); }));
+    }
     for (const auto& filter : kAvFilters) {
         AddPeer<AvFilter>(filter.name, filter.description, frames, contestants);
     }

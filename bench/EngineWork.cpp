@@ -1,0 +1,20 @@
+#include "bench/EngineWork.h"
+
+#include "engine/FramePass.h"
+#include "engine/InterlaceDetector.h"
+
+void DoWork(const FrameWork& work, const FrameSet& frames, std::size_t index, Stores stores) {
+    const FrameFormat& format = frames.Format();
+    const FrameShape shape{format.width, format.height, format.bits, format.Stride(), false};
+    const FramePair pair{shape, frames.Input(index), frames.Output(index)};
+    const FramePlan plan{WholeFrame(shape), false, true, work.merge, true};
+    if (!work.automatic) {
+        return WriteFrame(pair, work.enabled ? plan : FramePlan{}, stores);
+    }
+    const CombSearch search(pair.input, shape, FrameComber(shape.width, shape.bits, nullptr),
+                            InterlaceThreshold(shape.width, shape.height, 1.0));
+    if (DetectAndWriteFrame(pair, search, work.holdRuns ? plan : FramePlan{}, work.holdRuns, stores) &&
+        !work.holdRuns) {
+        WriteFrame(pair, plan, stores);
+    }
+}

@@ -59,7 +59,6 @@ private:
     FramePair m_frames;
     FramePlan m_plan;
     const RowWriters& m_writers; // of whole rows
-    Stores m_areaStores;         // of the area's rows
     const RowWriters& m_areaWriters;
     std::int32_t m_firstRow;     // of the area, in memory
     std::int32_t m_areaLeft;     // bytes

@@ -4,7 +4,8 @@
 
 namespace {
 
-// Bytes of the input that are written and looked at before the next ones are read: they stay in the second-level cache.
+// Bytes of the input that are written and looked at before the next ones are read, but at least three rows: where those
+// are short enough they stay in the first-level cache.
 constexpr std::int32_t kBandBytes = 12 * 1024;
 
 // Copied rows leave the padding in the output as it was; rows that pass through don't. So one can't be put in the

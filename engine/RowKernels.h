@@ -1,4 +1,4 @@
-// The inner loops over the bytes of one row, in one variant per instruction set.
+// The inner loops over the bytes of rows, in one variant per instruction set.
 #pragma once
 
 #include <cstddef>

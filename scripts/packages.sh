@@ -1,13 +1,17 @@
 #!/bin/bash
 # Brings Debian packages to the build machine: only those that are missing. To be sourced after common.sh.
 
-# The compilers, their tools, GoogleTest's source (it is built for Windows as well), a fixed clock for the
-# type library's time stamp, what draws the icon, and what enters the private Wine.
+# The compilers, their tools, GoogleTest with its source (it is built for Windows as well), a fixed clock for the
+# type library's time stamp, and what draws the icon.
 nmfv_build_packages=(
     g++ cmake ninja-build
     g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev mingw-w64-tools
-    googletest faketime librsvg2-bin icoutils bubblewrap
+    libgtest-dev faketime librsvg2-bin icoutils
 )
+
+# Debian 13's own Wine will do; elsewhere a private one is made with patchelf, and its display calls a keyboard compiler.
+nmfv_wine_here_packages=(wine64 xvfb fonts-dejavu-core fonts-wine gstreamer1.0-plugins-{base,good} gstreamer1.0-libav)
+nmfv_wine_private_packages=(patchelf x11-xkb-utils)
 
 # For the benchmarks alone: Google Benchmark, and the peers they measure.
 # shellcheck disable=SC2034  # used by verb-bench.sh
@@ -16,15 +20,36 @@ nmfv_bench_packages=(
     libavfilter-dev libgstreamer1.0-dev gstreamer1.0-plugins-good
 )
 
+# The value of NAME in what the system says of itself.
+release_value() {
+    (. /etc/os-release 2>/dev/null && echo "${!1:-}")
+}
+
+# Which of the lists above this machine's Wine needs.
+wine_packages() {
+    local name=nmfv_wine_private_packages
+    [[ $(release_value VERSION_ID) == 12 || ${NMFV_WINE:-} == private ]] || name=nmfv_wine_here_packages
+    local -n list=$name
+    printf '%s\n' "${list[@]}"
+}
+
 check_machine() {
     [[ ${NMFV_SKIP_PACKAGES:-} == 1 ]] && return
-    [[ $(uname -s) == Linux && $(uname -m) == x86_64 ]] ||
-        die "set-up is written for Linux on x86-64, and this is $(uname -s) on $(uname -m)"
-    local id version
-    id=$(. /etc/os-release 2>/dev/null && echo "${ID:-unknown}") || id=unknown
-    version=$(. /etc/os-release 2>/dev/null && echo "${VERSION_ID:-}") || version=
-    [[ $id == debian && $version == 12 ]] ||
-        die "set-up is written for Debian 12, and this is $id $version; with the tools there, NMFV_SKIP_PACKAGES=1 skips it"
+    local system="$(uname -s) on $(uname -m)" id version
+    id=$(release_value ID) version=$(release_value VERSION_ID)
+    [[ $system == "Linux on x86_64" && $id == debian && $version =~ ^1[23]$ ]] && return
+    printf 'run: set-up installs packages on Debian 12 and 13 (x86-64), and this is %s %s, %s.\n' "$id" "$version" "$system"
+    printf '     Bring what these packages of Debian hold, and Wine 10 or newer:\n       %s\n' "${nmfv_build_packages[*]}"
+    die "then set NMFV_SKIP_PACKAGES=1, which leaves out this step"
+}
+
+# Without the package step: what the build calls must be there.
+check_tools() {
+    local tool missing=()
+    for tool in cmake ninja g++ x86_64-w64-mingw32-g++ x86_64-w64-mingw32-windres x86_64-w64-mingw32-widl; do
+        command -v "$tool" >/dev/null || missing+=("$tool")
+    done
+    ((${#missing[@]} == 0)) || die "NMFV_SKIP_PACKAGES is set, and these tools are missing: ${missing[*]}"
 }
 
 is_installed() {
@@ -54,18 +79,25 @@ apt_get() {
         -o Acquire::Retries=2 "$@"
 }
 
+# Who installs: root, or sudo after a question at most.
+check_root() {
+    ((EUID == 0)) && return
+    local way="have them installed, or set NMFV_SKIP_PACKAGES=1 if the tools are there without them"
+    command -v sudo >/dev/null || die "these packages are missing, and there is neither root nor sudo: $* ($way)"
+    sudo -v || die "sudo refused, and these packages are missing: $* ($way)"
+}
+
+# An installation that was interrupted is finished first: apt refuses to begin another.
 install_packages() {
     local -a missing
     [[ ${NMFV_SKIP_PACKAGES:-} == 1 ]] && return
     mapfile -t missing < <(missing_packages "$@")
     ((${#missing[@]})) || return 0
-    if ((EUID != 0)); then
-        command -v sudo >/dev/null ||
-            die "these packages are missing, and there is neither root nor sudo to install them: ${missing[*]}"
-        sudo -v || die "sudo refused; it is needed to install: ${missing[*]}"
-    fi
+    check_root "${missing[@]}"
     step "package lists" apt_get update ||
         die "apt-get update failed: is there a network, and does the machine's apt configuration work?"
+    [[ -z $(dpkg --audit) ]] || step "finishing an interrupted installation" as_root dpkg --configure -a ||
+        die "dpkg --configure -a failed"
     step "installing ${#missing[@]} packages" apt_get install --no-install-recommends "${missing[@]}" ||
         die "these packages could not be installed (is there a network, and are they on the mirror?): ${missing[*]}"
 }

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Which Wine this checkout uses, and how: written once by set-up to build/wine-choice, read by scripts/wine.
+# Which Wine this checkout uses: written once by set-up to build/wine-choice, read by scripts/wine.
 # To be sourced after common.sh.
 nmfv_wine_choice=$nmfv_build/wine-choice
 
@@ -17,31 +17,16 @@ machine_wine() {
     done
 }
 
-# How the private root can be entered on this machine: bwrap or chroot.
-way_to_enter() {
-    if bwrap --ro-bind / / --dev-bind /dev /dev --proc /proc true 2>/dev/null; then
-        echo bwrap
-    elif ((EUID == 0)) && unshare --mount --propagation private true 2>/dev/null; then
-        echo chroot
-    elif ((EUID != 0)) && sudo -n unshare --mount --propagation private true 2>/dev/null; then
-        echo chroot
-    fi
-}
-
-# Brings a Wine and writes the choice: HOW (machine, bwrap or chroot) and a PATH, a line each.
+# Brings a Wine and writes the choice: WHOSE (machine or private) and the PATH of its program or its root, a line each.
 ensure_wine() {
-    local how path
+    local whose=machine path
     path=$(machine_wine)
-    if [[ -n $path ]]; then
-        how=machine
-    else
-        how=${NMFV_ENTER:-$(way_to_enter)}
-        [[ -n $how ]] || die "no way into the private Wine: this machine allows neither namespaces (bubblewrap) nor" \
-            "mounts (root, or sudo without a question); allow one of them, or install Wine 10 or newer"
-        ensure_wine_root "$how"
+    if [[ -z $path ]]; then
+        whose=private
+        ensure_wine_root
         path=$(wine_root_path)
     fi
     mkdir -p "$nmfv_build"
-    printf '%s\n' "$how" "$path" >"$nmfv_wine_choice.new"
+    printf '%s\n' "$whose" "$path" >"$nmfv_wine_choice.new"
     mv "$nmfv_wine_choice.new" "$nmfv_wine_choice"
 }

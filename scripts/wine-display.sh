@@ -3,8 +3,10 @@
 
 # Starts Xvfb, which picks a free number itself, and sets display_pid and DISPLAY.
 start_display() {
+    local -a xvfb=(Xvfb)
+    [[ $whose == machine ]] || xvfb=("$path/usr/bin/Xvfb" -xkbdir "$XKB_CONFIG_ROOT")
     mkfifo "$1/number"
-    (inside Xvfb -displayfd 3 -screen 0 "${NMFV_SCREEN:-1280x1024}x24" -nolisten tcp -extension GLX) \
+    ("${xvfb[@]}" -displayfd 3 -screen 0 "${NMFV_SCREEN:-1280x1024}x24" -nolisten tcp -extension GLX) \
         3<>"$1/number" >"$1/log" 2>&1 </dev/null {display_lock}>&- &
     display_pid=$!
     if ! read -r -t 20 display_number <>"$1/number"; then
@@ -16,7 +18,7 @@ start_display() {
 }
 
 end_display() {
-    (inside "$server" -k) 2>/dev/null || true
+    "$server" -k 2>/dev/null || true
     if [[ -n $display_pid ]]; then
         kill "$display_pid" 2>/dev/null || true
         wait "$display_pid" 2>/dev/null || true
@@ -42,7 +44,7 @@ run_with_display() {
     display_pid='' display_number=none program_pid='' display_status=0
     trap '[[ -z $program_pid ]] || kill "$program_pid" 2>/dev/null' INT TERM
     if begin_display; then
-        (inside "$loader" "$@") <&0 {display_lock}>&- &
+        "$loader" "$@" <&0 {display_lock}>&- &
         program_pid=$!
         wait "$program_pid" || display_status=$?
     else

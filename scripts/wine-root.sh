@@ -1,14 +1,14 @@
 #!/bin/bash
-# Makes the private root that holds Wine 10: packages of Debian 13 unpacked by apt and dpkg, in the user's own
-# cache and without any privilege. To be sourced after common.sh, mirror.sh and wine-enter.sh.
+# Makes the private Wine 10: packages of Debian 13 unpacked by apt and dpkg into the user's own cache and made
+# relocatable, so that its programs run where they lie, without any privilege. To be sourced after common.sh and mirror.sh.
 
 # Wine; a display for windows; the decoders through which Wine's platform reads MP4 (libav) and AVI (good);
-# a shell and tools, for the packages' own set-up and the display's keyboard.
+# the character set that file names need.
 nmfv_wine_packages=(
     wine64 fonts-dejavu-core fonts-wine
-    xvfb xauth
+    xvfb
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
-    dash coreutils
+    libc-bin
 )
 
 # Dependencies of the above that nothing here uses: 3D drivers, desktop services, set-up tools of a full
@@ -19,11 +19,18 @@ nmfv_wine_left_out=(
 )
 
 # Raised when the way in which the root is made changes.
-nmfv_wine_recipe=2
+nmfv_wine_recipe=3
 
+# The programs that are started by others than the wrapper as well: each must find the private libraries itself.
+nmfv_wine_programs=(
+    usr/lib/wine/wine64 usr/lib/wine/wineserver64 usr/bin/Xvfb
+    usr/lib/x86_64-linux-gnu/gstreamer1.0/gstreamer-1.0/gst-plugin-scanner
+)
+
+# Where the root is, or is to be. Its programs hold that path, so one that was made elsewhere is another one.
 wine_root_path() {
     local stamp
-    stamp=$(printf '%s\n' "$nmfv_wine_recipe" "${nmfv_wine_packages[@]}" "${nmfv_wine_left_out[@]}" | sha256sum)
+    stamp=$(printf '%s\n' "$nmfv_wine_recipe" "${nmfv_wine_packages[@]}" "${nmfv_wine_left_out[@]}" "$nmfv_cache" | sha256sum)
     echo "$nmfv_cache/wine-root-${stamp:0:12}"
 }
 
@@ -82,27 +89,52 @@ unpack_packages() {
     ((PIPESTATUS[1] == 0))
 }
 
-# Wine's package turns zlib's DLLs into ones of its own kind in its set-up script; without them nothing loads.
-# The script wants the 32-bit one too, which nothing here uses.
-run_wine_setup() {
-    local folder=$1 root=$2 how=$3 other=$2/usr/i686-w64-mingw32
-    mkdir -p "$other/lib" && touch "$other/lib/zlib1.dll" &&
-        dpkg-deb --ctrl-tarfile "$folder"/archives/libwine_*.deb | tar -xO ./postinst >"$root/usr/setup" &&
-        (enter_root "$how" "$root" --bind /usr/bin/sh /usr/setup configure) &&
-        rm -rf "$root/usr/setup" "$other" &&
-        [[ -s $root/usr/lib/x86_64-linux-gnu/wine/x86_64-windows/zlib1.dll ]]
+# Wine's package turns zlib's DLL into one of its own kind in its set-up script; without that nothing loads.
+# The mark stands in the 32 bytes after the 64 of the file's first header.
+mark_zlib() {
+    local dll=$1/usr/lib/x86_64-linux-gnu/wine/x86_64-windows/zlib1.dll
+    cp --remove-destination "$1/usr/x86_64-w64-mingw32/lib/zlib1.dll" "$dll" &&
+        { printf 'Wine builtin DLL' && head -c 16 /dev/zero; } | dd of="$dll" bs=1 seek=64 conv=notrunc status=none
 }
 
-# The packages' set-up scripts don't run; this is what matters of them here.
+# relocate_elf FILE LIBRARIES: FILE's own search path, which the libraries that it loads inherit, is where the private
+# libraries are, as seen from FILE's folder.
+relocate_elf() {
+    local folder=$2 path='' part
+    for part in '' /blas /lapack /pulseaudio; do path+=${path:+:}\$ORIGIN/$folder$part; done
+    patchelf --force-rpath --set-rpath "$path" "$1"
+}
+
+# The private loader knows neither the system's library folders nor its list of what they hold: what the packages above
+# leave out must not come from another system. The names stay as long as they were.
+blind_loader() {
+    LC_ALL=C sed -z -i -E 's#/lib/(x86_64-linux-gnu/)?$#/non/\1#; s#^/etc/(ld.so.cache)$#/non/\1#' "$1" &&
+        ! grep -qa -e /lib/x86_64-linux-gnu/ -e ^/etc/ld.so.cache$ "$1"
+}
+
+# Programs hold the path of their loader; libraries that name a folder of the system's would be led astray by it.
+relocate_root() {
+    local root=$1 target=$2 program library
+    local libraries=$root/usr/lib/x86_64-linux-gnu
+    blind_loader "$libraries/ld-linux-x86-64.so.2" || return
+    for program in "${nmfv_wine_programs[@]}"; do
+        relocate_elf "$root/$program" "$(realpath --relative-to="$(dirname "$root/$program")" "$libraries")" &&
+            patchelf --set-interpreter "$target/usr/lib64/ld-linux-x86-64.so.2" "$root/$program" || return
+    done
+    for library in "$libraries"/*.so.*; do
+        [[ -L $library || $(patchelf --print-rpath "$library") != /* ]] || relocate_elf "$library" . || return
+    done
+}
+
+# Wine's server and its data are looked for under other names than the packages give them; fonts are the root's own.
 finish_root() {
-    local folder=$1 root=$2 how=$3
-    touch "$root"/etc/{passwd,group} &&
-        echo 'include /etc/ld.so.conf.d/*.conf' >"$root/etc/ld.so.conf" &&
-        printf '/usr/lib/x86_64-linux-gnu/%s\n' blas lapack >"$root/etc/ld.so.conf.d/chosen.conf" &&
-        /sbin/ldconfig -r "$root" &&
-        # Relative patterns need a working folder, and one that came from another run's mounts has no name.
-        sed -i '/<selectfont>/,/<\/selectfont>/d' "$root/etc/fonts/fonts.conf" &&
-        run_wine_setup "$folder" "$root" "$how"
+    local root=$1 target=$2
+    ln -sf wineserver64 "$root/usr/lib/wine/wineserver" &&
+        ln -sfn . "$root/usr/share/wine/wine" &&
+        printf '%s\n' '<?xml version="1.0"?>' '<!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">' '<fontconfig>' \
+            '<dir prefix="relative">../../usr/share/fonts</dir>' '<cachedir prefix="xdg">fontconfig</cachedir>' \
+            '</fontconfig>' >"$root/etc/fonts/fonts.conf" &&
+        mark_zlib "$root" && relocate_root "$root" "$target"
 }
 
 # Debug information is two thirds of Wine's DLLs, and every prefix holds a copy of them.
@@ -112,9 +144,10 @@ strip_wine() {
 }
 
 make_wine_root() {
-    local target=$1 how=$2 mirror work
+    local target=$1 mirror work
     mirror=$(debian_mirror)
-    [[ -n $mirror ]] || die "the machine's apt configuration names no repository of this Debian release's main component"
+    [[ -n $mirror ]] ||
+        die "this machine's apt names no repository of Debian's main component to take Wine from; install Wine 10 or newer"
     need_space "$nmfv_cache" 2500 "making the private Wine"
     work=$(mktemp -d "$nmfv_cache/making.XXXXXX")
     # shellcheck disable=SC2064  # this very folder
@@ -126,24 +159,33 @@ make_wine_root() {
     step "Wine: downloading" private_apt "$work/apt" install --no-install-recommends --download-only \
         "${nmfv_wine_packages[@]}" || die "Wine's packages can't be downloaded from this machine's mirror"
     step "Wine: unpacking" unpack_packages "$work/apt" "$work/root" || die "Wine's packages can't be unpacked (disk full?)"
-    step "Wine: finishing" finish_root "$work/apt" "$work/root" "$how" || die "Wine's own set-up failed"
+    step "Wine: making it relocatable" finish_root "$work/root" "$target" || die "Wine can't be made relocatable"
     step "Wine: leaving out debug information" strip_wine "$work/root" || die "Wine's DLLs can't be stripped"
     mv "$work/root" "$target"
     rm -rf "$work"
     trap - EXIT
 }
 
+# Takes LOCK of the cache, or waits for another set-up that has it.
+lock_cache() {
+    [[ $nmfv_cache != *:* ]] || die "the cache folder $nmfv_cache has a colon in its name, which no search path can hold; set NMFV_CACHE"
+    { mkdir -p "$nmfv_cache" && : >>"$nmfv_cache/lock"; } 2>/dev/null ||
+        die "the cache folder $nmfv_cache can't be written; set NMFV_CACHE to one that can"
+    exec {cache_lock}>>"$nmfv_cache/lock"
+    flock -n "$cache_lock" && return
+    say "another set-up fills $nmfv_cache; waiting for it"
+    flock "$cache_lock"
+}
+
 # Makes the root unless it is there. Roots of other recipes and of interrupted set-ups go.
 ensure_wine_root() {
-    local target how=$1 lock
+    local target cache_lock
     target=$(wine_root_path)
     [[ -d $target ]] && return
-    mkdir -p "$nmfv_cache" || die "the cache folder $nmfv_cache can't be made; set NMFV_CACHE"
-    exec {lock}>"$nmfv_cache/lock"
-    flock "$lock"
+    lock_cache
     if [[ ! -d $target ]]; then
         rm -rf "$nmfv_cache"/making.* "$nmfv_cache"/wine-root-*
-        make_wine_root "$target" "$how"
+        make_wine_root "$target"
     fi
-    exec {lock}>&-
+    exec {cache_lock}>&-
 }

@@ -1,8 +1,12 @@
 #!/bin/bash
 # Configures and builds a preset. To be sourced after common.sh.
+
+# build_preset PRESET [TARGET...]: everything, or the targets alone.
 build_preset() {
-    (cd "$nmfv_top" && step "configuring $1" cmake --preset "$1") ||
-        die "the $1 build can't be configured"
-    (cd "$nmfv_top" && step "building $1" cmake --build --preset "$1" --parallel "$(jobs)") ||
-        die "the $1 build failed"
+    local preset=$1
+    shift
+    (cd "$nmfv_top" && step "configuring $preset" cmake --preset "$preset") ||
+        die "the $preset build can't be configured"
+    (cd "$nmfv_top" && step "building $preset" cmake --build --preset "$preset" --parallel "$(jobs)" ${1+--target "$@"}) ||
+        die "the $preset build failed (all of its output: build/logs)"
 }

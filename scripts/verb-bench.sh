@@ -8,14 +8,6 @@ set -euo pipefail
 page=$nmfv_top/docs/performance.md
 rows=$nmfv_build/bench/rows.md
 
-build_benchmarks() {
-    (cd "$nmfv_top" && step "configuring bench" cmake --preset bench && step "configuring mingw" cmake --preset mingw -DNMFV_BENCH=ON) ||
-        die "the benchmarks can't be configured"
-    (cd "$nmfv_top" && step "building bench" cmake --build --preset bench --parallel "$(jobs)" &&
-        step "building bench_transform" cmake --build --preset mingw --parallel "$(jobs)" --target bench_transform) ||
-        die "the benchmarks can't be built"
-}
-
 # Processor, caches and versions; no name of the machine.
 describe_machine() {
     local caches
@@ -51,7 +43,8 @@ write_page() {
 set_up
 install_packages "${nmfv_bench_packages[@]}"
 need_space "$nmfv_build" 500 "the benchmarks"
-build_benchmarks
+build_preset bench bench_kernels bench_frames bench_peers
+build_preset mingw NMFVDeitrx bench_transform
 : >"$rows"
 keep_server
 measure kernels "$nmfv_build/bench/bench_kernels" --benchmark_min_time=0.05 --benchmark_repetitions=9
@@ -59,5 +52,4 @@ measure "the chain, natively" "$nmfv_build/bench/bench_frames"
 measure "the DLL in Wine" "$nmfv_scripts/wine" "$nmfv_build/mingw/bench_transform.exe"
 measure "peers" "$nmfv_build/bench/bench_peers"
 write_page
-(cd "$nmfv_top" && step "configuring mingw without benchmarks" cmake --preset mingw -DNMFV_BENCH=OFF) || die "the build folder still has benchmarks on"
 say "written: docs/performance.md"

@@ -6,7 +6,7 @@ set -euo pipefail
 # shellcheck source=scripts/build.sh
 . "$nmfv_scripts/build.sh"
 set_up
-build_preset mingw
+build_preset mingw NMFVDeitrx nmfvdeint
 for result in NMFVDeitrx.dll nmfvdeint.exe; do
     [[ -f $nmfv_build/mingw/$result ]] || die "the build left no build/mingw/$result"
     say "built: build/mingw/$result"

@@ -2,12 +2,29 @@
 add_library(nmfv_options INTERFACE)
 target_include_directories(nmfv_options INTERFACE ${PROJECT_SOURCE_DIR})
 
+include(CheckCXXCompilerFlag)
+# Adds those of FLAGS to nmfv_options that the compiler knows.
+function(nmfv_known_options)
+  foreach(flag ${ARGN})
+    string(MAKE_C_IDENTIFIER "NMFV_HAS${flag}" known)
+    # A compiler may merely warn of a flag that it does not know.
+    set(CMAKE_REQUIRED_FLAGS -Werror)
+    check_cxx_compiler_flag(${flag} ${known})
+    if(${known})
+      target_compile_options(nmfv_options INTERFACE ${flag})
+    endif()
+  endforeach()
+endfunction()
+
 if(MSVC)
-  target_compile_options(nmfv_options INTERFACE /W4 /wd4324 /permissive- /utf-8 /Zc:__cplusplus) # 4324: alignas pads, as it should
+  # 4324: alignas pads, as it should. The C library's own functions are bounded by their callers, and not deprecated.
+  target_compile_options(nmfv_options INTERFACE /W4 /wd4324 /permissive- /utf-8 /Zc:__cplusplus)
+  target_compile_definitions(nmfv_options INTERFACE _CRT_SECURE_NO_WARNINGS)
   set(NMFV_FATAL /WX)
 else()
   target_compile_options(nmfv_options INTERFACE -Wall -Wextra -Wshadow -Wformat=2
-    -Wno-format-nonliteral -Wundef -Wvla -Wduplicated-cond -Wlogical-op -Wnull-dereference -Wunused)
+    -Wno-format-nonliteral -Wundef -Wvla -Wnull-dereference -Wunused)
+  nmfv_known_options(-Wduplicated-cond -Wlogical-op)
   set(NMFV_FATAL -Werror)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 sees overlaps in string concatenations where there are none.

@@ -7,8 +7,9 @@ set(NMFV_HEADER ${NMFV_GENERATED_DIR}/NMFVDeinterlace.h)
 file(MAKE_DIRECTORY ${NMFV_GENERATED_DIR})
 
 if(MSVC)
+  set(NMFV_IDENTIFIERS ${NMFV_GENERATED_DIR}/NMFVDeinterlace_i.c)
   add_custom_command(
-    OUTPUT ${NMFV_TYPELIB} ${NMFV_HEADER}
+    OUTPUT ${NMFV_TYPELIB} ${NMFV_HEADER} ${NMFV_IDENTIFIERS}
     COMMAND midl /nologo /env x64 /char signed /out ${NMFV_GENERATED_DIR} /h NMFVDeinterlace.h
             /tlb NMFVDeinterlace.tlb /iid NMFVDeinterlace_i.c /proxy nul /dlldata nul
             ${NMFV_IDL_DIR}/NMFVDeinterlace.idl
@@ -38,3 +39,8 @@ else()
     VERBATIM)
 endif()
 add_custom_target(nmfv_typelib DEPENDS ${NMFV_TYPELIB} ${NMFV_HEADER})
+if(MSVC)
+  # MIDL's header only declares the identifiers; widl's, included after initguid.h, defines them.
+  add_library(nmfv_identifiers STATIC ${NMFV_IDENTIFIERS})
+  add_dependencies(nmfv_identifiers nmfv_typelib)
+endif()

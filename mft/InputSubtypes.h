@@ -3,8 +3,7 @@
 
 #include <span>
 
-#include <guiddef.h>
-#include <windef.h>
+#include <windows.h>
 
 struct InputSubtype {
     const GUID* subtype;

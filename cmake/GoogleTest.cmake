@@ -1,0 +1,16 @@
+# Sets NMFV_GTEST_LIBRARIES: GoogleTest as it is installed for this compiler, else built from its source, as a cross build
+# does (Debian: libgtest-dev holds both). Empty where there is neither.
+set(NMFV_GOOGLETEST_DIR /usr/src/googletest CACHE PATH "GoogleTest's sources")
+set(NMFV_GTEST_LIBRARIES)
+find_package(GTest QUIET)
+if(GTest_FOUND)
+  set(NMFV_GTEST_LIBRARIES GTest::gtest_main GTest::gtest)
+elseif(EXISTS ${NMFV_GOOGLETEST_DIR}/CMakeLists.txt)
+  set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+  add_subdirectory(${NMFV_GOOGLETEST_DIR} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+  set(NMFV_GTEST_LIBRARIES gtest_main gtest)
+  if(NOT MSVC)
+    target_compile_options(gtest PRIVATE -O1)
+  endif()
+endif()

@@ -7,12 +7,10 @@ set -euo pipefail
 . "$nmfv_scripts/build.sh"
 
 # Runs one preset's tests; appends its counts "PRESET passed failed skipped" to the file TALLY.
-# The programs under Wine run one after another: they share one registry.
 test_preset() {
-    local preset=$1 tally=$2 log=$nmfv_logs/test-$1.log workers=1 status=0
-    [[ $preset == mingw ]] || workers=$(jobs)
+    local preset=$1 tally=$2 log=$nmfv_logs/test-$1.log status=0
     say "testing $preset"
-    (cd "$nmfv_top" && ctest --preset "$preset" --verbose --no-tests=ignore -j "$workers" 2>&1) </dev/null |
+    (cd "$nmfv_top" && ctest --preset "$preset" --verbose --no-tests=ignore -j "$(jobs)" 2>&1) </dev/null |
         tee "$log" | awk -v preset="$preset" -v tally="$tally" -f "$nmfv_scripts/test-report.awk" || status=$?
     say "all of its output: build/logs/test-$preset.log"
     return "$status"

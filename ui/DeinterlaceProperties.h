@@ -69,6 +69,8 @@ private:
     void Changed();
 
     PageSegment* Selected() const { return m_settings.segments.Find(m_selected); }
+    // What "Add Segment" adds: like the selected segment, else like the last one, else by the global pattern.
+    PageSegment NewSegment() const;
     HRESULT RefuseSensitivity();
 
     // Other messages
@@ -78,7 +80,6 @@ private:
     PageSettings m_settings;
     HWND m_timeFormat = nullptr;
     CSegmentListBox m_list;
-    PageSegment m_edit;      // what the controls of the selected segment show; what "Add Segment" adds
     int m_selected = -1;     // line of the list, kept over deactivation
     bool m_updating = false; // the page changes controls itself; notifications don't count
     bool m_applied = true;   // no change is pending

@@ -26,6 +26,9 @@ void CDeinterlaceProperties::OnSensitivity(int control) {
 
 void CDeinterlaceProperties::OnGlobalPreamble(int control) {
     m_settings.globalPattern.deintPreamble = AutomationBool(control == IDC_GLOBAL_PREAMBLE_DEINTERLACE);
+    if (!Selected()) {
+        FillSelection(); // a segment that is added now would have the new flag
+    }
     Changed();
 }
 

@@ -58,16 +58,16 @@ void CDeinterlaceProperties::FillSegments() {
 // The controls below the list: the selected segment's values, or those that a segment added here would have.
 void CDeinterlaceProperties::FillSelection() {
     const ScopedFlag updating(m_updating);
-    m_edit = m_settings.segments.Template(m_selected, m_settings.globalPattern, m_settings.defaultOperation);
-    FillStart(m_edit);
+    const PageSegment segment = NewSegment();
+    FillStart(segment);
     for (const OperationRow& row : kOperations) {
-        Check(m_hDialog, row.control, m_edit.operation == row.operation);
+        Check(m_hDialog, row.control, segment.operation == row.operation);
     }
     for (const PatternRow& row : kSegmentPattern) {
-        ShowUnsigned(m_hDialog, row.control, m_edit.pattern.*row.field);
+        ShowUnsigned(m_hDialog, row.control, segment.pattern.*row.field);
     }
-    Check(m_hDialog, IDC_SEGMENT_PREAMBLE_DEINTERLACE, m_edit.pattern.deintPreamble != 0);
-    Check(m_hDialog, IDC_SEGMENT_PREAMBLE_IGNORE, m_edit.pattern.deintPreamble == 0);
+    Check(m_hDialog, IDC_SEGMENT_PREAMBLE_DEINTERLACE, segment.pattern.deintPreamble != 0);
+    Check(m_hDialog, IDC_SEGMENT_PREAMBLE_IGNORE, segment.pattern.deintPreamble == 0);
     EnableControls();
 }
 

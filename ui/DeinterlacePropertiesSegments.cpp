@@ -21,17 +21,20 @@ void CDeinterlaceProperties::SelectSegment(int index) {
 
 // The selected segment was changed by an edit or a button of its own: its line follows, the edits stay.
 void CDeinterlaceProperties::ReplaceSegment() {
-    m_edit = *Selected();
-    m_list.Replace(m_edit, m_settings.AsTime());
+    m_list.Replace(*Selected(), m_settings.AsTime());
     m_list.Select(m_selected);
     EnableControls();
     Changed();
 }
 
+PageSegment CDeinterlaceProperties::NewSegment() const {
+    return m_settings.segments.Template(m_selected, m_settings.globalPattern, m_settings.defaultOperation);
+}
+
 // With no line selected a segment is added at the end, as on the empty last line.
 void CDeinterlaceProperties::OnAddSegment(int) {
     const int index = m_selected < 0 ? m_settings.segments.Count() : m_selected;
-    if (!m_settings.segments.Insert(index, m_edit)) {
+    if (!m_settings.segments.Insert(index, NewSegment())) {
         return; // no memory: nothing was changed
     }
     m_list.Insert(*m_settings.segments.Find(index), m_settings.AsTime());

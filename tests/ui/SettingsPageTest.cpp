@@ -75,7 +75,10 @@ TEST_F(SettingsPage, SegmentsAreEdited) {
     Open();
     EXPECT_EQ(Texts{""}, Lines());
     EXPECT_EQ(-1, Line());
-    Click(IDC_ADD_SEGMENT); // nothing selected: at the end, as the global pattern
+    for (const bool added : {false, true}) { // nothing selected: at the end, as the global pattern is by now
+        Click(added ? IDC_ADD_SEGMENT : IDC_GLOBAL_PREAMBLE_IGNORE);
+        EXPECT_EQ(BST_CHECKED, Send(IDC_SEGMENT_PREAMBLE_IGNORE, BM_GETCHECK)) << added;
+    }
     EXPECT_EQ((Texts{" 0 : 0 : 0 . 0 ( P<0:1:1>)", ""}), Lines());
     Type(IDC_START_MINUTES, "2");
     Type(IDC_SEGMENT_PREAMBLE, "7");

@@ -79,6 +79,7 @@ private:
     CComRef<INMFVDeinterlace> m_control;
     PageSettings m_settings;
     HWND m_timeFormat = nullptr;
+    bool m_labelledAsTime = true; // the label of the start edits names times; as in the dialog's resource
     CSegmentListBox m_list;
     int m_selected = -1;     // line of the list, kept over deactivation
     bool m_updating = false; // the page changes controls itself; notifications don't count

@@ -44,11 +44,16 @@ void CDeinterlaceProperties::FillGlobalPattern() {
     ShowUnsigned(m_hDialog, IDC_GLOBAL_DEINTERLACE, pattern.deinterlaceFrames);
 }
 
+// Kept: the label's text is written when its format changes only; until then the dialog's own stands, which ends in a
+// blank. Test: LabelNamesTheFormat.
 void CDeinterlaceProperties::FillTimeFormat() {
     const bool asTime = m_settings.AsTime();
     SendMessageA(m_timeFormat, CB_SETCURSEL, asTime ? kTimeLine : kFrameLine, 0);
-    SetDlgItemTextA(m_hDialog, IDC_SEGMENT_START_LABEL,
-                    asTime ? "Segment Start Time (HH:MM:SS.mS):" : "Segment Start Frame (SF):");
+    if (asTime != m_labelledAsTime) {
+        SetDlgItemTextA(m_hDialog, IDC_SEGMENT_START_LABEL,
+                        asTime ? "Segment Start Time (HH:MM:SS.mS):" : "Segment Start Frame (SF):");
+        m_labelledAsTime = asTime;
+    }
 }
 
 void CDeinterlaceProperties::FillSegments() {

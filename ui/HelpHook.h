@@ -3,13 +3,14 @@
 
 #include <windows.h>
 
-// What the hook knows, kept in the sheet's user data.
+// What the hook knows. Stands in the sheet's user data while the sheet's own procedure doesn't run, and until the host
+// writes there itself.
 struct HelpHookRecord {
     UINT32 tag;
     char topicName[260];
-    HWND page;
+    HWND page; // null when the hook was removed but can't leave the chain: messages only pass through
     WNDPROC previousProcedure;
-    LONG_PTR previousUserData;
+    LONG_PTR previousUserData; // as the host's procedure last left it
     UINT32 topicNumber;
 };
 
@@ -19,5 +20,7 @@ inline constexpr UINT32 kHelpHookTag = 0x4E484B31; // "NHK1"
 // E_OUTOFMEMORY. A name that is longer than a topic's may be is cut.
 HRESULT InstallHelpHook(HWND page, const char* topicName, UINT32 topicNumber);
 
-// Gives the page's parent its own procedure and user data back. Nothing happens to a sheet that isn't hooked.
+// Gives the page's parent its own procedure and user data back. Nothing happens to a sheet that isn't hooked. Where
+// somebody has replaced the procedure since, ours stays behind it and passes everything on, and this module is never
+// unloaded.
 void RemoveHelpHook(HWND page);

@@ -1,11 +1,16 @@
 // Where help comes from, and F1 on a sheet.
 #include "tests/support/ComChecks.h"
 #include "tests/support/Files.h"
+#include "tests/support/Module.h"
 #include "tests/support/PrivateRegistry.h"
 #include "tests/ui/SheetWindow.h"
 #include "tests/ui/ShellLog.h"
 #include "ui/Help.h"
 #include "ui/HelpHook.h"
+
+#include "NMFVDeinterlaceKeys.h"
+
+#include <utility>
 
 namespace {
 
@@ -193,6 +198,102 @@ TEST_F(HelpTopics, HookAnswersF1AndGoes) {
     EXPECT_TRUE(hooked.IsOriginal());
     RemoveHelpHook(hooked.page);
     EXPECT_TRUE(hooked.IsOriginal());
+}
+
+// A host that counts in the sheet's user data; it answers WM_APP with the count, WM_APP + 1 from inside another call.
+LRESULT CALLBACK CountingHost(HWND sheet, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message != WM_APP && message != WM_APP + 1) {
+        return DefWindowProcW(sheet, message, wParam, lParam);
+    }
+    SetWindowLongPtrW(sheet, GWLP_USERDATA, GetWindowLongPtrW(sheet, GWLP_USERDATA) + 1);
+    return message == WM_APP ? GetWindowLongPtrW(sheet, GWLP_USERDATA) : SendMessageW(sheet, WM_APP, 0, 0);
+}
+
+TEST_F(HelpTopics, HostKeepsItsUserData) {
+    HookedSheet hooked;
+    const HWND sheet = hooked.sheet.Get();
+    SetWindowLongPtrW(sheet, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountingHost));
+    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, kName, 1));
+    const LONG_PTR record = GetWindowLongPtrW(sheet, GWLP_USERDATA);
+    EXPECT_EQ(kUserData + 1, SendMessageW(sheet, WM_APP, 0, 0));
+    EXPECT_EQ(kUserData + 3, SendMessageW(sheet, WM_APP + 1, 0, 0));
+    EXPECT_EQ(record, GetWindowLongPtrW(sheet, GWLP_USERDATA));
+    SetWindowLongPtrW(sheet, GWLP_USERDATA, 5);
+    const HANDLE property = RemovePropA(sheet, "NerinHelpHookRecord");
+    for (int i = 0; i < 2; ++i) { // without its property, and with it
+        EXPECT_HR(S_OK, InstallHelpHook(hooked.page, kName, 1));
+        SetPropA(sheet, "NerinHelpHookRecord", property);
+        EXPECT_EQ(6 + i, SendMessageW(sheet, WM_APP, 0, 0));
+        EXPECT_EQ(6 + i, GetWindowLongPtrW(sheet, GWLP_USERDATA));
+    }
+    EXPECT_EQ(TRUE, SendMessageW(sheet, WM_HELP, 0, 0));
+    RemoveHelpHook(hooked.page);
+    EXPECT_EQ(reinterpret_cast<LONG_PTR>(&CountingHost), GetWindowLongPtrW(sheet, GWLP_WNDPROC));
+    EXPECT_EQ(7, GetWindowLongPtrW(sheet, GWLP_USERDATA));
+}
+
+WNDPROC g_replaced; // by LaterProcedure
+UINT g_lastMessage; // that it saw
+
+LRESULT CALLBACK LaterProcedure(HWND sheet, UINT message, WPARAM wParam, LPARAM lParam) {
+    g_lastMessage = message;
+    return CallWindowProcA(g_replaced, sheet, message, wParam, lParam);
+}
+
+// With an 8-bit procedure in front of the sheet's and ours.
+void ReplaceProcedure(HWND sheet) {
+    g_replaced =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrA(sheet, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&LaterProcedure)));
+}
+
+void ExpectAnswers(HWND sheet, const char* text) {
+    EXPECT_TRUE(SetWindowTextA(sheet, text));
+    EXPECT_EQ(text, TextOf(sheet));
+}
+
+TEST_F(HelpTopics, LaterProcedureStaysChained) {
+    HookedSheet hooked;
+    const HWND sheet = hooked.sheet.Get();
+    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, kName, 1));
+    ReplaceProcedure(sheet);
+    for (const bool installed : {true, false, true}) {
+        installed ? (void)InstallHelpHook(hooked.page, kName, 1) : RemoveHelpHook(hooked.page);
+        EXPECT_EQ(installed, GetWindowLongPtrW(sheet, GWLP_USERDATA) != kUserData);
+        ExpectAnswers(sheet, installed ? "hooked" : "removed");
+        m_log.boxes.clear();
+        SendMessageA(sheet, WM_HELP, 0, 0);
+        EXPECT_EQ(installed ? 1u : 0u, m_log.boxes.size());
+        EXPECT_EQ(UINT{WM_HELP}, std::exchange(g_lastMessage, 0));
+    }
+    SetWindowLongPtrA(sheet, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(g_replaced));
+    RemoveHelpHook(hooked.page);
+    EXPECT_TRUE(hooked.IsOriginal());
+}
+
+// The module may go with its last page, but not while a procedure of the host's leads into it.
+TEST_F(HelpTopics, NobodyCallsAModuleThatIsGone) {
+    NotingSite object;
+    for (const bool replaced : {false, true}) {
+        SheetWindow sheet;
+        {
+            const Module module;
+            CComRef<IClassFactory> factory;
+            CComRef<IPropertyPage> page;
+            ASSERT_HR(S_OK,
+                      module.GetClassObject(CLSID_NMFVDeinterlaceAboutPage, IID_IClassFactory, factory.PutVoid()));
+            ASSERT_HR(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page.PutVoid()));
+            IUnknown* any = &object;
+            ASSERT_HR(S_OK, page->SetObjects(1, &any));
+            constexpr RECT kRect = {0, 0, 99, 99};
+            ASSERT_HR(S_OK, page->Activate(sheet.Get(), &kRect, FALSE));
+            SetWindowLongPtrW(sheet.Get(), GWLP_USERDATA, kUserData);
+            if (replaced) {
+                ReplaceProcedure(sheet.Get());
+            }
+        }
+        EXPECT_EQ(replaced, GetModuleHandleA("NMFVDeitrx.dll") != nullptr);
+        ExpectAnswers(sheet.Get(), "still here");
+    }
 }
 
 TEST_F(HelpTopics, SheetMayGoFirst) {

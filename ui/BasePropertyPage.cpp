@@ -100,10 +100,25 @@ STDMETHODIMP CBasePropertyPage::Deactivate() {
     SetWindowLongPtrA(dialog, GWL_EXSTYLE, GetWindowLongPtrA(dialog, GWL_EXSTYLE) & ~LONG_PTR{WS_EX_CONTROLPARENT});
     m_hDialog = dialog;
 
-    (void)DeactivatePage();
-    DestroyWindow(m_hDialog);
-    m_hDialog = nullptr;
+    LeaveDialog();
+    DestroyWindow(dialog);
     return S_OK;
+}
+
+// The controls are still there.
+void CBasePropertyPage::LeaveDialog() {
+    (void)DeactivatePage();
+    m_hDialog = nullptr;
+}
+
+// A dialog may also go without Deactivate, with its sheet for one.
+void CBasePropertyPage::FollowEnd(HWND dialog, UINT message) {
+    if (m_hDialog == dialog) {
+        LeaveDialog();
+    }
+    if (message == WM_NCDESTROY) {
+        m_hDialogSeen = nullptr;
+    }
 }
 
 STDMETHODIMP CBasePropertyPage::GetPageInfo(PROPPAGEINFO* info) {
@@ -249,6 +264,9 @@ INT_PTR CALLBACK CBasePropertyPage::DialogProcedure(HWND window, UINT message, W
     auto* const page = reinterpret_cast<CBasePropertyPage*>(GetWindowLongPtrA(window, DWLP_USER));
     if (!page) {
         return message != WM_NCDESTROY; // which the dialog manager must see to free the dialog's font
+    }
+    if (message == WM_DESTROY || message == WM_NCDESTROY) {
+        page->FollowEnd(window, message);
     }
     return page->PageMessage(window, message, wParam, lParam);
 }

@@ -34,7 +34,8 @@ public:
     virtual HRESULT ConnectObject(IUnknown* object);
     virtual HRESULT DisconnectObject();
 
-    // The dialog was made and is still hidden: fill the controls. / It is about to be destroyed. Results are ignored.
+    // The dialog was made and is still hidden: fill the controls. / It is about to be destroyed, by Deactivate or by
+    // other hands; the controls are still there. Results are ignored.
     virtual HRESULT ActivatePage();
     virtual HRESULT DeactivatePage();
 
@@ -52,8 +53,8 @@ protected:
     void MarkDirty();
 
     CComRef<IPropertyPageSite> m_pSite;
-    HWND m_hDialog = nullptr;     // null while the page is not active, and while its dialog is being made
-    HWND m_hDialogSeen = nullptr; // the dialog from WM_INITDIALOG on
+    HWND m_hDialog = nullptr;     // null while the page is not active, and while its dialog is made or destroyed
+    HWND m_hDialogSeen = nullptr; // the dialog from WM_INITDIALOG to WM_NCDESTROY
     BOOL m_bDirty = FALSE;
     const UINT m_lTitleId;
     const UINT m_lDialogId;
@@ -62,6 +63,8 @@ protected:
 private:
     static INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void MeasureDialog(SIZE* size) const;
+    void LeaveDialog();
+    void FollowEnd(HWND dialog, UINT message);
 };
 
 // Copies a page's title into task memory: E_INVALIDARG for 50000 characters and more, E_OUTOFMEMORY.

@@ -83,11 +83,14 @@ TEST_F(AboutPage, HandOverTheLinkOnly) {
         EXPECT_NE(hand, GetCursor());
         EXPECT_EQ(before, LinkClassCursor());
     }
-    Mouse(m_link, WM_MOUSEMOVE);
-    m_page->Deactivate(); // under the hand: labels of other windows have the class's cursor again
-    const HWND label = CreateWindowExA(0, "STATIC", "", 0, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-    EXPECT_EQ(reinterpret_cast<ULONG_PTR>(before), GetClassLongPtrA(label, GCLP_HCURSOR));
-    DestroyWindow(label);
+    for (const bool byHost : {false, true}) { // under the hand: labels of other windows have the class's cursor again
+        Mouse(Control(IDC_ABOUT_LINK), WM_MOUSEMOVE);
+        byHost ? (void)DestroyWindow(Dialog()) : (void)m_page->Deactivate();
+        const HWND label = CreateWindowExA(0, "STATIC", "", 0, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+        EXPECT_EQ(reinterpret_cast<ULONG_PTR>(before), GetClassLongPtrA(label, GCLP_HCURSOR));
+        DestroyWindow(label);
+        Activate();
+    }
 }
 
 } // namespace

@@ -123,6 +123,19 @@ TEST_F(BasePage, DialogOfTheSheet) {
     EXPECT_EQ(objects - 1, MediaFoundationSamples::g_ObjectCount);
 }
 
+TEST_F(BasePage, DialogMayGoFirst) {
+    SetObjects(1, m_page);
+    for (const bool withSheet : {false, true}) {
+        ASSERT_HR(S_OK, Activate());
+        withSheet ? m_sheet.Destroy() : (void)DestroyWindow(m_sheet.Page());
+        EXPECT_HR(E_UNEXPECTED, m_page->Show(SW_SHOW));
+        EXPECT_HR(E_UNEXPECTED, m_page->Move(&kRect));
+        EXPECT_HR(E_UNEXPECTED, m_page->Deactivate());
+    }
+    EXPECT_EQ("ca!a!", g_hooks);
+    EXPECT_EQ(0u, m_page->Release());
+}
+
 template <typename Any>
 void ExpectInfo(const wchar_t* title, SIZE size) {
     CComRef<IPropertyPage> page;

@@ -8,6 +8,9 @@ bool AnswerPageMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam, 
     switch (message) {
     case WM_SETCURSOR:
         hover->Follow(dialog, reinterpret_cast<HWND>(wParam));
+        if (reinterpret_cast<HWND>(wParam) == dialog) {
+            SetCursor(LoadCursorA(nullptr, MAKEINTRESOURCEA(32512))); // IDC_ARROW; controls set their own
+        }
         *result = TRUE;
         return true;
     case WM_CTLCOLORSTATIC:

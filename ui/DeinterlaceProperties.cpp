@@ -75,6 +75,7 @@ HRESULT CDeinterlaceProperties::DeactivatePage() {
     m_list.Empty();
     m_list.Attach(nullptr);
     m_timeFormat = nullptr;
+    m_hover.Forget();
     RemoveHelpHook(m_hDialog);
     return S_OK;
 }

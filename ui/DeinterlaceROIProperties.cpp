@@ -73,6 +73,7 @@ HRESULT CDeinterlaceROIProperties::ActivatePage() {
 
 HRESULT CDeinterlaceROIProperties::DeactivatePage() {
     RemoveHelpHook(m_hDialog);
+    m_hover.Forget();
     m_ready = false;
     return S_OK;
 }

@@ -8,6 +8,7 @@
 #include "tests/ui/SheetWindow.h"
 #include "tests/ui/ShellLog.h"
 #include "ui/PageObject.h"
+#include "ui/ResourceIds.h"
 
 #include <sstream>
 
@@ -117,6 +118,22 @@ protected:
         SendMessageA(Dialog(), WM_COMMAND, MAKEWPARAM(id, notification), reinterpret_cast<LPARAM>(Control(id)));
     }
     std::string Text(int id) { return TextOf(Control(id)); }
+    // What the description line says of the window under the mouse.
+    std::string Describe(HWND window) {
+        const auto procedure = reinterpret_cast<DLGPROC>(GetWindowLongPtrA(Dialog(), DWLP_DLGPROC));
+        EXPECT_EQ(TRUE, procedure(Dialog(), WM_SETCURSOR, reinterpret_cast<WPARAM>(window), HTCLIENT));
+        return Text(IDC_DESCRIPTION);
+    }
+    // One that has the handle of a control of the dialog before.
+    std::string DescribeAgain(int control) {
+        const HWND window = Control(control);
+        Describe(window);
+        SetParent(window, nullptr);
+        EXPECT_HR(S_OK, m_page->Deactivate());
+        Activate();
+        SetParent(window, Dialog());
+        return Describe(window);
+    }
     bool Dirty() { return m_page->IsPageDirty() == S_OK; }
 
     ShellLog m_log;

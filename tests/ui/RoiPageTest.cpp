@@ -76,6 +76,11 @@ TEST_F(RoiPage, ImportReadsTheRegionOnly) {
               m_site.statuses);
 }
 
+TEST_F(RoiPage, DescribesControls) {
+    Open();
+    EXPECT_EQ("ROI Left.", DescribeAgain(IDC_ROI_LEFT));
+}
+
 TEST_F(RoiPage, SpinsReachTheInputSize) {
     m_object.SetInputSize(0, 480);
     Open();

@@ -252,17 +252,12 @@ TEST_F(SettingsPage, ImportsAreTaken) {
 
 TEST_F(SettingsPage, DescribesControlsAndHelps) {
     Open();
-    const auto describe = [this](HWND window) {
-        const auto procedure = reinterpret_cast<DLGPROC>(GetWindowLongPtrA(Dialog(), DWLP_DLGPROC));
-        EXPECT_EQ(TRUE, procedure(Dialog(), WM_SETCURSOR, reinterpret_cast<WPARAM>(window), HTCLIENT));
-        return Text(IDC_DESCRIPTION);
-    };
     const HCURSOR beam = LoadCursorA(nullptr, MAKEINTRESOURCEA(32513)),
                   arrow = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512));
     SetCursor(beam);
-    EXPECT_EQ("Merge the top and bottom fields into a single frame.", describe(Control(IDC_MERGE_FIELDS)));
+    EXPECT_EQ("Merge the top and bottom fields into a single frame.", DescribeAgain(IDC_MERGE_FIELDS));
     EXPECT_EQ(beam, GetCursor()); // as the control has it
-    EXPECT_EQ("", describe(Dialog()));
+    EXPECT_EQ("", Describe(Dialog()));
     EXPECT_EQ(arrow, GetCursor());
     const HDC dc = GetDC(Dialog());
     for (const int control : {IDC_SENSITIVITY_LABEL, IDC_DESCRIPTION}) {

@@ -84,20 +84,40 @@ void CAboutProperties::LeaveLink() {
     m_bHovering = false;
 }
 
-// Opens the link when the button goes down and up on it.
-void CAboutProperties::FollowMouse(bool onLink, UINT mouseMessage) {
+// Opens the link when the button goes down and up on it. The dialog has the mouse in between and so sees it go up
+// anywhere.
+void CAboutProperties::FollowMouse(HWND link, bool onLink, UINT mouseMessage) {
+    onLink ? EnterLink(link) : LeaveLink();
     if (mouseMessage == WM_LBUTTONDOWN) {
-        m_bPressed = onLink;
+        onLink ? Arm() : Disarm();
     } else if (mouseMessage == WM_LBUTTONUP) {
         const bool clicked = m_bPressed && onLink;
-        m_bPressed = false;
+        Disarm();
         if (clicked) {
             (void)OpenAddress(m_linkTarget); // nothing to say to the user
         }
     }
 }
 
+void CAboutProperties::Arm() {
+    SetCapture(m_hDialog);
+    m_bPressed = true;
+}
+
+void CAboutProperties::Disarm() {
+    m_bPressed = false;
+    if (m_hDialog && GetCapture() == m_hDialog) {
+        ReleaseCapture();
+    }
+}
+
 namespace {
+
+// Whether the position of a mouse message to `dialog` lies on its child `control`.
+bool IsOn(HWND dialog, HWND control, LPARAM position) {
+    const POINT point = {static_cast<short>(LOWORD(position)), static_cast<short>(HIWORD(position))};
+    return control && ChildWindowFromPoint(dialog, point) == control;
+}
 
 // A sheet gives all its pages the size of the largest: what the dialog shows stays in the middle, by whole pixels.
 void CentreControls(HWND dialog) {
@@ -131,13 +151,18 @@ INT_PTR CAboutProperties::PageMessage(HWND window, UINT message, WPARAM wParam, 
         break;
     case WM_SETCURSOR: {
         const bool onLink = link && reinterpret_cast<HWND>(wParam) == link;
-        onLink ? EnterLink(link) : LeaveLink();
-        FollowMouse(onLink, HIWORD(lParam));
+        FollowMouse(link, onLink, HIWORD(lParam));
         if (onLink) {
             return TRUE;
         }
         break;
     }
+    case WM_LBUTTONUP:
+        FollowMouse(link, IsOn(window, link, lParam), message);
+        break;
+    case WM_CAPTURECHANGED:
+        m_bPressed = false;
+        break;
     case WM_CTLCOLORSTATIC:
         if (link && reinterpret_cast<HWND>(lParam) == link) {
             return ColourAsHighlighted(reinterpret_cast<HDC>(wParam));

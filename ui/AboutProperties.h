@@ -20,12 +20,14 @@ public:
 private:
     void EnterLink(HWND link);
     void LeaveLink();
-    void FollowMouse(bool onLink, UINT mouseMessage);
+    void FollowMouse(HWND link, bool onLink, UINT mouseMessage);
+    void Arm();
+    void Disarm();
     HRESULT FillNotice();
 
     HCURSOR m_hPreviousCursor = nullptr; // the label class's, while hovering
     bool m_bHovering = false;
-    bool m_bPressed = false; // the left button went down on the link
+    bool m_bPressed = false; // the left button went down on the link and has not come up since
     char m_componentName[260] = {};
     char m_displayName[260] = {};
     char m_linkTarget[260];

@@ -50,17 +50,24 @@ TEST_F(AboutPage, FillsItsLabels) {
     EXPECT_EQ(2u, m_log.opened.size());
 }
 
-// d and u: the left button down and up on the link; D and U: elsewhere on the page; m and M: moves.
+// d and u: the left button down and up on the link; D and U: elsewhere on the page; m and M: moves; c and C: up on the
+// link and outside the page, as one that has the mouse sees it.
 TEST_F(AboutPage, OpensTheLinkWhenClickedOnIt) {
     const struct {
         const char* events;
         std::size_t opened;
-    } rows[] = {{"mdu", 1}, {"du", 1}, {"mdMmu", 1}, {"dU", 0}, {"dUu", 0},
-                {"Du", 0},  {"u", 0},  {"dudu", 2},  {"duu", 1}};
+    } rows[] = {{"mdu", 1}, {"du", 1},   {"mdMmu", 1}, {"dU", 0}, {"dUu", 0}, {"Du", 0},
+                {"u", 0},   {"dudu", 2}, {"duu", 1},   {"dc", 1}, {"dCu", 0}, {"dDc", 0}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.events);
         m_log.opened.clear();
         for (const char* event = row.events; *event; ++event) {
+            if (*event == 'c' || *event == 'C') {
+                POINT at = {1, 1};
+                MapWindowPoints(m_link, Dialog(), &at, 1);
+                SendMessageA(GetCapture(), WM_LBUTTONUP, 0, *event == 'c' ? MAKELPARAM(at.x, at.y) : -1);
+                continue;
+            }
             const char kind = static_cast<char>(*event | 0x20);
             const UINT message = kind == 'd' ? WM_LBUTTONDOWN : kind == 'u' ? WM_LBUTTONUP : WM_MOUSEMOVE;
             Mouse(kind == *event ? m_link : Dialog(), message);

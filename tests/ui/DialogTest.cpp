@@ -113,10 +113,12 @@ TEST_F(Dialogs, HoverTexts) {
         CHoverText hover;
         for (HWND child : Children(dialog)) {
             hover.Follow(dialog, child);
-            const std::string type = ClassOf(child);
-            const bool described =
-                HasId(child) && type != "Static" && (type != UPDOWN_CLASSA || GetDlgCtrlID(child) > 2000);
-            EXPECT_EQ(described, !TextOf(line).empty()) << GetDlgCtrlID(child);
+            const std::string text = TextOf(line);
+            EXPECT_EQ(HasId(child) && ClassOf(child) != "Static", !text.empty()) << GetDlgCtrlID(child);
+            if (ClassOf(child) == UPDOWN_CLASSA) {
+                hover.Follow(dialog, GetWindow(child, GW_HWNDPREV)); // the edit that it turns
+                EXPECT_EQ(TextOf(line), text);
+            }
         }
         DestroyWindow(dialog);
     }

@@ -79,7 +79,8 @@ HRESULT CDeinterlaceROIProperties::DeactivatePage() {
 }
 
 // Kept: saves everything that the object holds, not only what this page edits, while the settings page saves nothing.
-// Test: ApplyWritesInOrderAndSaves.
+// What is written is what the page shows: this page takes an import when it is activated, the settings page also when
+// it applies. Test: ApplyWritesInOrderAndSaves.
 HRESULT CDeinterlaceROIProperties::ApplyChanges() {
     if (!m_control) {
         return S_FALSE;

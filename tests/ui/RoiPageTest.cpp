@@ -52,10 +52,12 @@ TEST_F(RoiPage, ApplyWritesInOrderAndSaves) {
     Click(IDC_ENABLE_PROTECTED_AREA);
     EXPECT_TRUE(IsEnabled(IDC_PROTECTED_TOP_SPIN));
     Type(IDC_ROI_BOTTOM, "201");
+    m_object.put_ROISettingsImportState(VARIANT_TRUE); // which applying leaves alone
     EXPECT_HR(S_OK, m_page->Apply());
     // The object reports its protected left edge as the right one.
-    EXPECT_EQ((Texts{"put_EnableROI -1", "put_ROIRight 100", "put_ROILeft 10", "put_ROIBottom 201", "put_ROITop 20",
-                     "put_EnableProtectedArea -1", "SetProtectedAreaParams 30 30 40 400", "SaveAttributes"}),
+    EXPECT_EQ((Texts{"put_ROISettingsImportState -1", "put_EnableROI -1", "put_ROIRight 100", "put_ROILeft 10",
+                     "put_ROIBottom 201", "put_ROITop 20", "put_EnableProtectedArea -1",
+                     "SetProtectedAreaParams 30 30 40 400", "SaveAttributes"}),
               m_object.calls);
 }
 

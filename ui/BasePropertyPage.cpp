@@ -1,5 +1,6 @@
 #include "ui/BasePropertyPage.h"
 
+#include "diag/Trace.h"
 #include "ui/ModuleInstance.h"
 
 #include <cwchar>
@@ -76,16 +77,17 @@ STDMETHODIMP CBasePropertyPage::SetPageSite(IPropertyPageSite* site) {
 
 STDMETHODIMP CBasePropertyPage::Activate(HWND parent, LPCRECT rect, BOOL) {
     if (!m_bObjectsSet || m_hDialog) {
-        return E_UNEXPECTED;
+        return Traced("Activate", E_UNEXPECTED);
     }
     if (!rect) {
-        return E_POINTER;
+        return Traced("Activate", E_POINTER);
     }
     m_hDialog = MakeDialog(m_lDialogId, parent, &DialogProcedure, this);
     if (!m_hDialog) {
+        Trace("\nCBasePropertyPage::Activate: dialog %u can't be made, error %lu", m_lDialogId, GetLastError());
         return E_OUTOFMEMORY;
     }
-    (void)ActivatePage();
+    (void)Traced("ActivatePage", ActivatePage());
     (void)Move(rect);
     return Show(SW_SHOWNORMAL);
 }
@@ -152,17 +154,17 @@ void CBasePropertyPage::MeasureDialog(SIZE* size) const {
 
 STDMETHODIMP CBasePropertyPage::SetObjects(ULONG count, IUnknown** objects) {
     if (count > 1) {
-        return E_UNEXPECTED;
+        return Traced("SetObjects", E_UNEXPECTED);
     }
     if (count == 0) {
         m_bObjectsSet = FALSE;
-        return DisconnectObject();
+        return Traced("DisconnectObject", DisconnectObject());
     }
     if (!objects || !objects[0]) {
-        return E_POINTER;
+        return Traced("SetObjects", E_POINTER);
     }
     m_bObjectsSet = TRUE;
-    return ConnectObject(objects[0]);
+    return Traced("ConnectObject", ConnectObject(objects[0]));
 }
 
 STDMETHODIMP CBasePropertyPage::Show(UINT command) {
@@ -194,12 +196,12 @@ STDMETHODIMP CBasePropertyPage::IsPageDirty() {
 
 STDMETHODIMP CBasePropertyPage::Apply() {
     if (!m_bObjectsSet || !m_pSite) {
-        return E_UNEXPECTED;
+        return Traced("Apply", E_UNEXPECTED);
     }
     if (!m_bDirty) {
         return S_OK;
     }
-    const HRESULT hr = ApplyChanges();
+    const HRESULT hr = Traced("ApplyChanges", ApplyChanges());
     if (SUCCEEDED(hr)) {
         m_bDirty = FALSE;
     }
@@ -232,6 +234,13 @@ HRESULT CBasePropertyPage::DeactivatePage() {
 
 HRESULT CBasePropertyPage::ApplyChanges() {
     return S_OK;
+}
+
+HRESULT CBasePropertyPage::Traced(const char* call, HRESULT hr) const {
+    if (FAILED(hr)) {
+        Trace("\nCBasePropertyPage::%s failed 0x%08x, dialog %u", call, static_cast<unsigned>(hr), m_lDialogId);
+    }
+    return hr;
 }
 
 void CBasePropertyPage::MarkDirty() {

@@ -63,6 +63,8 @@ protected:
 private:
     static INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void MeasureDialog(SIZE* size) const;
+    // Gives back `hr` and traces a failure: the hosts that get it seldom say so.
+    HRESULT Traced(const char* call, HRESULT hr) const;
     void LeaveDialog();
     void FollowEnd(HWND dialog, UINT message);
 };

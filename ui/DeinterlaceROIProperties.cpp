@@ -1,6 +1,7 @@
 // Connecting and applying.
 #include "ui/DeinterlaceROIProperties.h"
 
+#include "diag/Trace.h"
 #include "ui/Help.h"
 #include "ui/HelpHook.h"
 #include "ui/HelpTopic.h"
@@ -94,7 +95,9 @@ HRESULT CDeinterlaceROIProperties::ApplyChanges() {
     const PageRectangle& area = m_protected.rectangle;
     m_control->put_EnableProtectedArea(AutomationBool(m_protected.enabled));
     m_control->SetProtectedAreaParams(area.left, area.right, area.top, area.bottom);
-    m_control->SaveAttributes();
+    if (const HRESULT hr = m_control->SaveAttributes(); FAILED(hr)) {
+        Trace("\nCDeinterlaceROIProperties::ApplyChanges: settings not saved 0x%08x", static_cast<unsigned>(hr));
+    }
     m_applied = true;
     return S_OK;
 }

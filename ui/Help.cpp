@@ -1,6 +1,7 @@
 #include "ui/Help.h"
 
 #include "com/RegKey.h"
+#include "diag/Trace.h"
 #include "ui/BoundedText.h"
 #include "ui/HelpTopic.h"
 #include "ui/HtmlHelp.h"
@@ -89,24 +90,7 @@ void TellMissing(const char* name, bool transform) {
     g_Shell.messageBox(nullptr, text, name, MB_OK | MB_ICONWARNING);
 }
 
-} // namespace
-
-int OpenOnlineHelp(const char* name, bool transform) {
-    constexpr std::size_t kShortestAddress = 4;
-    if (!name || !*name) {
-        return kHelpNoNameOrPath;
-    }
-    if (IsTooLong(name)) {
-        return kHelpNameTooLong;
-    }
-    char address[1024];
-    if (!WriteOnlineAddress(NMFV_HELP_SITE, name, transform, address) || std::strlen(address) < kShortestAddress) {
-        return kHelpNotFound;
-    }
-    return OpenAddress(address) ? kHelpShown : kHelpNotFound;
-}
-
-int ShowHelpTopic(const char* name, unsigned number) {
+int TryToShow(const char* name, unsigned number) {
     const bool transform = name && !IsTooLong(name) && IsTransformTopic(name);
     if (const int online = OpenOnlineHelp(name, transform); online != kHelpNotFound) {
         return online;
@@ -126,6 +110,31 @@ int ShowHelpTopic(const char* name, unsigned number) {
     // Kept: a help file that was found counts as shown, whatever the control says. Test: ShowsTheTopicOfTheFirstFile.
     (void)CallHtmlHelp(GetDesktopWindow(), topic, kDisplayTopic, 0);
     return kHelpShown;
+}
+
+} // namespace
+
+int OpenOnlineHelp(const char* name, bool transform) {
+    constexpr std::size_t kShortestAddress = 4;
+    if (!name || !*name) {
+        return kHelpNoNameOrPath;
+    }
+    if (IsTooLong(name)) {
+        return kHelpNameTooLong;
+    }
+    char address[1024];
+    if (!WriteOnlineAddress(NMFV_HELP_SITE, name, transform, address) || std::strlen(address) < kShortestAddress) {
+        return kHelpNotFound;
+    }
+    return OpenAddress(address) ? kHelpShown : kHelpNotFound;
+}
+
+int ShowHelpTopic(const char* name, unsigned number) {
+    const int result = TryToShow(name, number);
+    if (result < 0) {
+        Trace("\nShowHelpTopic: no help for \"%s\" (%d)", name ? name : "", result);
+    }
+    return result;
 }
 
 void ShowPageHelp(HWND owner, const char* name, unsigned number) {

@@ -1,5 +1,6 @@
 #include "ui/HelpHook.h"
 
+#include "diag/Trace.h"
 #include "ui/BoundedText.h"
 #include "ui/Help.h"
 #include "ui/ModuleInstance.h"
@@ -168,6 +169,7 @@ void RemoveHelpHook(HWND page) {
     }
     // Kept: whoever replaced the procedure calls ours, so it stays, passes messages on, and the module isn't unloaded.
     // Test: NobodyCallsAModuleThatIsGone.
+    Trace("\nRemoveHelpHook: another procedure stands before ours, the module stays loaded");
     record->page = nullptr;
     ReturnUserData(sheet, record);
     KeepModuleLoaded();

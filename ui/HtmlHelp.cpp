@@ -1,5 +1,6 @@
 #include "ui/HtmlHelp.h"
 
+#include "diag/Trace.h"
 #include "ui/Shell.h"
 
 namespace {
@@ -33,6 +34,9 @@ void Bind(HtmlHelpBinding& binding) {
         binding.entry = reinterpret_cast<HtmlHelpFn>(reinterpret_cast<void*>(entry));
     }
     binding.failed = !binding.entry;
+    if (binding.failed) {
+        Trace("\nCallHtmlHelp: %s", binding.library ? "the control has no entry 14" : "the control can't be loaded");
+    }
 }
 
 } // namespace

@@ -28,6 +28,7 @@ public:
     }
 
     Texts calls;
+    HRESULT saveResult = S_OK;
     void SetInputSize(LONG width, LONG height) { m_lWidth = width, m_lHeight = height; }
 
     STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override {
@@ -65,7 +66,7 @@ public:
     NMFV_NOTED(SetProtectedAreaParams, (LONG l, LONG r, LONG t, LONG b), l, r, t, b)
     STDMETHODIMP ResetToDefaultsEx(LONG) override { return E_NOTIMPL; }
     STDMETHODIMP LoadAttributes() override { return E_NOTIMPL; }
-    STDMETHODIMP SaveAttributes() override { return Note("SaveAttributes"), S_OK; }
+    STDMETHODIMP SaveAttributes() override { return Note("SaveAttributes"), saveResult; }
 
 private:
     template <typename... Values>

@@ -1,7 +1,11 @@
 // The ROI page, driven by window messages.
+#include "diag/Trace.h"
+#include "tests/support/DebuggerTexts.h"
 #include "tests/ui/PageHost.h"
 #include "ui/DeinterlaceROIProperties.h"
 #include "ui/ResourceIds.h"
+
+#include <utility>
 
 #include <commctrl.h>
 
@@ -76,6 +80,34 @@ TEST_F(RoiPage, ImportReadsTheRegionOnly) {
     Activate();
     EXPECT_EQ((std::vector<DWORD>{PROPPAGESTATUS_VALIDATE, PROPPAGESTATUS_DIRTY, PROPPAGESTATUS_DIRTY}),
               m_site.statuses);
+}
+
+TEST_F(RoiPage, FailuresAreTraced) {
+    const std::uint32_t flags = std::exchange(TraceFlags, kTraceMaster | kTraceDebugger);
+    const DebuggerTexts traced;
+    constexpr RECT kRect = {0, 0, 9, 9};
+    EXPECT_HR(E_UNEXPECTED, m_page->Activate(m_sheet.Get(), &kRect, FALSE));
+    IUnknown* stranger = &m_site;
+    EXPECT_HR(E_NOINTERFACE, m_page->SetObjects(1, &stranger));
+    EXPECT_HR(E_OUTOFMEMORY, m_page->Activate(reinterpret_cast<HWND>(1), &kRect, FALSE));
+    Open();
+    m_object.saveResult = E_ACCESSDENIED;
+    Click(IDC_ENABLE_ROI);
+    EXPECT_HR(S_OK, m_page->Apply());
+    m_log.executeResult = 2;
+    m_log.loads = false;
+    EXPECT_HR(S_OK, m_page->Help(nullptr));
+    EXPECT_EQ(nullptr, CallHtmlHelp(nullptr, "f", 0, 0));
+    TraceFlags = flags;
+    for (const char* const text : {"\nCBasePropertyPage::Activate failed 0x8000ffff, dialog 106",
+                                   "\nCBasePropertyPage::ConnectObject failed 0x80004002, dialog 106",
+                                   "\nCBasePropertyPage::Activate: dialog 106 can't be made, error ",
+                                   "\nCDeinterlaceROIProperties::ApplyChanges: settings not saved 0x80070005",
+                                   "\nOpenAddress: the shell refused https://help.example.com/",
+                                   "\nShowHelpTopic: no help for \"Nerin MF Video Deinterlace Transform\" (-3)",
+                                   "\nCallHtmlHelp: the control can't be loaded"}) {
+        EXPECT_NE(std::string::npos, traced.All().find(text)) << text << " is not in:" << traced.All();
+    }
 }
 
 TEST_F(RoiPage, DescribesControls) {

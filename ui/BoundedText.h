@@ -33,8 +33,6 @@ public:
     // False when something was cut off.
     bool Fits() const { return !m_cut; }
 
-    std::size_t Length() const { return m_length; }
-
 private:
     void AppendOne(char c) {
         if (m_length + 1 >= m_buffer.size()) {

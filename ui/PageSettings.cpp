@@ -111,7 +111,6 @@ HRESULT ReadSegments(INMFVDeinterlace* control, PageSettings* settings) {
             return E_OUTOFMEMORY;
         }
     }
-    settings->objectSegments = count;
     settings->segments.Swap(segments);
     return S_OK;
 }

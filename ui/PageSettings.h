@@ -16,7 +16,6 @@ struct PageSettings {
     double sensitivity = 1.0;
     SensitivityText sensitivityText = ""; // what stands in the edit, valid or not
     SEGMENT_TIME_FORMAT timeFormat = SEGMENT_TIME_FORMAT_TIME;
-    LONG objectSegments = 0; // as the object last said
     FramePattern globalPattern;
     VARIANT_BOOL globalPatternEnabled = VARIANT_TRUE;
     std::int32_t defaultOperation = kOperationPattern;

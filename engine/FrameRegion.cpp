@@ -6,13 +6,20 @@ namespace {
 
 constexpr std::int32_t kPairBits = 16; // two pixels share their chroma in four bytes
 
-Region CutToFrame(const FrameShape& shape, const Region& region) {
-    return {std::max(region.left, 0), std::max(region.top, 0), std::min(region.right, shape.width),
-            std::min(region.bottom, shape.height)};
-}
+struct Columns {
+    std::int64_t left, right;
+};
 
-bool IsEmpty(const Region& region) {
-    return region.left >= region.right || region.top >= region.bottom;
+// The columns of a region before it is cut to the frame.
+// Kept: the pixel pairs of 16-bit frames are counted here, so edges within one pair, whichever comes first, are that
+// pair. Test: RegionsByExample.
+Columns ColumnsOf(const FrameShape& shape, const Region& region) {
+    if (shape.bits != kPairBits) {
+        return {region.left, region.right};
+    }
+    const std::int64_t left = region.left & ~1;
+    const std::int64_t width = (region.right - left) & ~std::int64_t{1};
+    return {left, left + (width == 0 ? 2 : width)};
 }
 
 } // namespace
@@ -22,20 +29,15 @@ ProcessedArea WholeFrame(const FrameShape& shape) {
 }
 
 ProcessedArea PlaceRegion(const FrameShape& shape, const Region& region) {
-    Region inside = CutToFrame(shape, region);
-    if (IsEmpty(region) || IsEmpty(inside)) {
+    const Columns columns = ColumnsOf(shape, region);
+    const std::int64_t left = std::max<std::int64_t>(columns.left, 0);
+    const std::int64_t right = std::min<std::int64_t>(columns.right, shape.width);
+    const std::int32_t top = std::max(region.top, 0);
+    const std::int32_t bottom = std::min(region.bottom, shape.height);
+    if (left >= right || top >= bottom) {
         return {};
     }
-    if (shape.bits == kPairBits) {
-        inside.left &= ~1;
-    }
-    std::int32_t width = inside.right - inside.left;
-    if (shape.bits == kPairBits) {
-        width = std::max(width & ~1, 2);
-    }
-    const std::int32_t rows = inside.bottom - inside.top;
-    const std::int32_t firstRow = shape.topDown ? inside.top : shape.height - inside.bottom;
-    // Bits of one row fit 32 bits unsigned in a processable frame, so the shift takes them unsigned.
-    const std::uint32_t leftBytes = static_cast<std::uint32_t>(shape.bits) * static_cast<std::uint32_t>(inside.left);
-    return {shape.stride * firstRow + static_cast<std::int32_t>(leftBytes >> 3), width, rows};
+    const std::int64_t firstRow = shape.topDown ? top : shape.height - bottom;
+    const std::int64_t offset = shape.stride * firstRow + (shape.bits * left >> 3);
+    return {static_cast<std::int32_t>(offset), static_cast<std::int32_t>(right - left), bottom - top};
 }

@@ -21,7 +21,7 @@ struct ProcessedArea {
 // The whole frame.
 ProcessedArea WholeFrame(const FrameShape& shape);
 
-// The region, cut to the frame. In 16-bit frames it starts and ends on a pixel pair and is at least one pair wide. An
-// empty or inverted region, or one outside the frame, gives an area of no rows. `shape` must be processable; the area
-// returned lies within it.
+// The region, cut to the frame. In 16-bit frames it first becomes whole pixel pairs: the left edge loses its lowest
+// bit, then the width does, and no width becomes one pair. A region that is empty or inverted after that, or outside
+// the frame, gives an area of no rows. `shape` must be processable; the area returned lies within it.
 ProcessedArea PlaceRegion(const FrameShape& shape, const Region& region);

@@ -33,17 +33,19 @@ inline OracleArea OracleAreaOf(const OracleFrame& frame, const OracleOptions& op
     if (!options.useRegion) {
         return {0, frame.height, 0, frame.width};
     }
-    std::int64_t left = std::max<std::int64_t>(options.left, 0);
-    std::int64_t right = std::min(options.right, frame.width);
+    std::int64_t left = options.left;
+    std::int64_t right = options.right;
+    if (frame.bits == 16) { // whole pixel pairs; edges within one pair are that pair
+        left -= (left % 2 + 2) % 2;
+        right -= (right % 2 + 2) % 2;
+        right += right == left ? 2 : 0;
+    }
+    left = std::max<std::int64_t>(left, 0);
+    right = std::min(right, frame.width);
     const std::int64_t top = std::max<std::int64_t>(options.top, 0);
     const std::int64_t bottom = std::min(options.bottom, frame.height);
     if (left >= right || top >= bottom) {
         return {};
-    }
-    if (frame.bits == 16) { // whole pixel pairs, at least one
-        left -= left % 2;
-        const std::int64_t pairs = (right - left) / 2;
-        right = left + (pairs > 0 ? pairs * 2 : 2);
     }
     return {frame.topDown ? top : frame.height - bottom, bottom - top, left, right};
 }

@@ -30,14 +30,13 @@ struct FrameShape {
 
     std::int32_t Bytes() const { return FrameBytes(stride, height); }
 
-    // True when width, height and depth are positive and neither the stride nor the frame's bytes overflowed 32 bits.
-    // Every other frame must not be touched.
+    // True when width, height and depth are positive, and the bits of a row and the bytes of the frame are both fewer
+    // than 2 to the power of 31. Every other frame must not be touched.
     bool IsProcessable() const {
         if (width <= 0 || height <= 0 || bits <= 0) {
             return false;
         }
-        const std::int64_t rowBits = static_cast<std::int64_t>(bits) * width + 31;
-        if (rowBits > UINT32_MAX || ((rowBits >> 3) & ~std::int64_t{3}) != stride) {
+        if (std::int64_t{bits} * width > INT32_MAX || StrideBytes(bits, width) != stride) {
             return false;
         }
         return static_cast<std::int64_t>(stride) * height <= INT32_MAX;

@@ -31,9 +31,11 @@ TEST(FrameShape, StridesAndBytes) {
         {32, 23171, 23171, 92684, -2'147'386'332, false},
         {32, 65536, 16384, 262'144, 0, false},
         {32, 1 << 27, 1, 0, 0, false}, // 2 to the power of 32 bits in a row
-        {16, 0x0FFFFFFE, 1, 0x1FFFFFFC, 0x1FFFFFFC, true},
-        {16, 0x0FFFFFFE, 4, 0x1FFFFFFC, 0x7FFFFFF0, true},
-        {16, 0x0FFFFFFE, 5, 0x1FFFFFFC, static_cast<std::int32_t>(0x9FFFFFECu), false},
+        {16, 0x07FFFFFF, 1, 0x10000000, 0x10000000, true},
+        {16, 0x07FFFFFF, 7, 0x10000000, 0x70000000, true},
+        {16, 0x07FFFFFF, 8, 0x10000000, INT_MIN, false},
+        {24, 89'478'485, 1, 0x10000000, 0x10000000, true},
+        {24, 89'478'486, 1, 0x10000004, 0x10000004, false}, // 2 to the power of 31 bits in a row, and more
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(testing::Message() << c.width << "x" << c.height << " of " << c.bits << " bits");

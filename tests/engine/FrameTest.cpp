@@ -198,8 +198,8 @@ TEST(Frames, WildShapesAreRefusedOrHoldTheirArea) {
         const auto size = [&] { return static_cast<std::int32_t>(random.Any()) >> random.Below(31); };
         const FrameShape shape = ShapeOf(size(), size(), bits, random.Below(2) != 0);
         const OracleFrame real{shape.width, shape.height, bits, false};
-        const bool fits = shape.width > 0 && shape.height > 0 && bits > 0 && real.Stride() <= INT_MAX &&
-                          real.bits * real.width + 31 <= UINT_MAX && real.Bytes() <= INT_MAX;
+        const bool fits = shape.width > 0 && shape.height > 0 && bits > 0 && real.bits * real.width <= INT_MAX &&
+                          real.Bytes() <= INT_MAX;
         ASSERT_EQ(fits, shape.IsProcessable()) << shape.width << "x" << shape.height << " of " << bits;
         if (!fits) {
             continue;
@@ -219,7 +219,7 @@ TEST(Frames, WildShapesAreRefusedOrHoldTheirArea) {
 TEST(Frames, RegionsByExample) {
     const FrameShape pairs = ShapeOf(720, 480, 16, false);
     const FrameShape topDown = ShapeOf(721, 480, 24, true);
-    const FrameShape widest = ShapeOf(0x0FFFFFFE, 2, 16, false); // its bits fill 32 of them unsigned
+    const FrameShape widest = ShapeOf(0x07FFFFFE, 2, 16, false); // as many bits in a row as can be
     const struct {
         FrameShape shape;
         Region region;
@@ -237,7 +237,7 @@ TEST(Frames, RegionsByExample) {
         {pairs, {INT_MIN, INT_MIN, INT_MAX, INT_MAX}, {0, 720, 480}},
         {pairs, {INT_MAX, 0, INT_MIN, 480}, {0, 0, 0}},
         {topDown, {5, 7, 900, 900}, {7 * 2164 + 15, 716, 473}},
-        {widest, {0x0F000001, 0, INT_MAX, 1}, {0x1FFFFFFC + 0x1E000000, 0x00FFFFFE, 1}},
+        {widest, {0x07000001, 0, INT_MAX, 1}, {0x0FFFFFFC + 0x0E000000, 0x00FFFFFE, 1}},
     };
     for (const auto& c : kCases) {
         const ProcessedArea area = PlaceRegion(c.shape, c.region);

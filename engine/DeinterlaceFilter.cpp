@@ -116,13 +116,17 @@ CombSearch CDeinterlaceFilter::SearchFor(const BYTE* frame) const {
 FramePlan CDeinterlaceFilter::ReadPlan(const FrameShape& shape, FlagReader readFlags) const {
     const RegionFlags flags = readFlags(Store());
     FramePlan plan;
-    plan.area = flags.region ? PlaceRegion(shape, ReadRegion(Store())) : WholeFrame(shape);
+    plan.area = SetupROI(shape, flags.region);
     plan.region = flags.region;
     // The indices of a colour palette are no levels: they must not be averaged.
     plan.interpolate = shape.bits != 8 || m_bGrayPalette;
     plan.merge = flags.merge;
     plan.keepOdd = !flags.even;
     return plan;
+}
+
+ProcessedArea CDeinterlaceFilter::SetupROI(const FrameShape& shape, bool region) const {
+    return region ? PlaceRegion(shape, ReadRegion(Store())) : WholeFrame(shape);
 }
 
 HRESULT CDeinterlaceFilter::StartStreaming() {

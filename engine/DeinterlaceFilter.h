@@ -56,6 +56,7 @@ private:
     void DeinterlaceFrame(const FramePair& frames, FlagReader readFlags);
     void DeinterlaceAutomatically(const FramePair& frames, FlagReader readFlags, Stores stores);
     FramePlan ReadPlan(const FrameShape& shape, FlagReader readFlags) const;
+    ProcessedArea SetupROI(const FrameShape& shape, bool region) const;
     CombSearch SearchFor(const BYTE* frame) const;
     bool SaveFrame(const FrameShape& shape, const BYTE* input);
     void RestoreProtected(const FrameShape& shape, BYTE* output);

@@ -14,7 +14,7 @@ const RowWriters& WritersFor(Stores stores) {
 
 // The margins of a narrow area share cache lines with it: those rows are put together in the cache.
 Stores AreaStores(const FrameShape& shape, const FramePlan& plan, Stores stores) {
-    return plan.area.width == shape.width ? stores : Stores::Ordinary;
+    return plan.area.m_lCropWidth == shape.width ? stores : Stores::Ordinary;
 }
 
 // The largest equal strips of `most` bytes at most, of whole cache lines.
@@ -35,11 +35,12 @@ bool FramePair::Overlap() const {
 
 void WriteFrameInOrder(const FramePair& frames, const FramePlan& plan) {
     const FrameShape& shape = frames.shape;
-    if (plan.region || plan.area.rows == 0) {
+    if (plan.region || plan.area.m_lCropHeight == 0) {
         std::memmove(frames.output, frames.input, static_cast<std::size_t>(shape.Bytes()));
     }
     DeinterlaceLines(frames.input + plan.area.offset, frames.output + plan.area.offset, plan.keepOdd, plan.interpolate,
-                     plan.merge, plan.area.width, plan.area.rows, shape.bits, shape.stride, plan.region);
+                     plan.merge, plan.area.m_lCropWidth, plan.area.m_lCropHeight, shape.bits, shape.stride,
+                     plan.region);
 }
 
 FrameOutput::FrameOutput(const FramePair& frames, const FramePlan& plan, Stores stores)
@@ -49,12 +50,12 @@ FrameOutput::FrameOutput(const FramePair& frames, const FramePlan& plan, Stores 
     , m_areaWriters(WritersFor(AreaStores(frames.shape, plan, stores)))
     , m_firstRow(plan.area.offset / frames.shape.stride)
     , m_areaLeft(plan.area.offset % frames.shape.stride)
-    , m_copyBytes(RowBytes(plan.area.width, frames.shape.bits))
+    , m_copyBytes(RowBytes(plan.area.m_lCropWidth, frames.shape.bits))
     , m_combineBytes(plan.region ? m_copyBytes : frames.shape.stride)
     , m_stripBytes(StripBytes(m_combineBytes, plan.merge ? CarriedRows::kMaxBytesOfTwo : CarriedRows::kMaxBytesOfOne)) {
     if (m_copyBytes < 1) { // no pixels: what is outside the area passes, and without a region nothing is outside
-        m_row = plan.area.rows > 0 && !plan.region ? frames.shape.height : 0;
-        m_plan.area.rows = 0;
+        m_row = plan.area.m_lCropHeight > 0 && !plan.region ? frames.shape.height : 0;
+        m_plan.area.m_lCropHeight = 0;
     }
 }
 
@@ -86,7 +87,7 @@ void FrameOutput::PassRows(std::int32_t end) {
 
 // One row or some; of a rebuilt row, the kept one after it too.
 void FrameOutput::WriteAreaRows(std::int32_t end) {
-    if (WorkOnRow(m_row - m_firstRow, m_plan.area.rows, m_plan.interpolate, m_plan.merge, m_plan.keepOdd) ==
+    if (WorkOnRow(m_row - m_firstRow, m_plan.area.m_lCropHeight, m_plan.interpolate, m_plan.merge, m_plan.keepOdd) ==
         RowWork::Copy) {
         return CopyRow();
     }

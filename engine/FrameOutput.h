@@ -46,7 +46,7 @@ public:
     std::int32_t Rows() const { return m_row; }
 
 private:
-    std::int32_t AreaEnd() const { return m_firstRow + m_plan.area.rows; }
+    std::int32_t AreaEnd() const { return m_firstRow + m_plan.area.m_lCropHeight; }
     std::ptrdiff_t AreaByte(std::int32_t row) const;
     void PassRows(std::int32_t end);
     void WriteAreaRows(std::int32_t end);

@@ -16,7 +16,7 @@ bool HasPadding(const FrameShape& shape) {
 
 // Rebuilding leaves the rows out that it replaces; nobody but the search reads them.
 bool LeavesRowsOut(const FramePlan& plan) {
-    return plan.area.rows > 0 && plan.interpolate && !plan.merge;
+    return plan.area.m_lCropHeight > 0 && plan.interpolate && !plan.merge;
 }
 
 bool DetectThenWrite(const FramePair& frames, CombSearch& search, const FramePlan& likely, bool decided,

@@ -13,9 +13,9 @@ struct Region {
 
 // The part of a frame that is processed.
 struct ProcessedArea {
-    std::int32_t offset = 0; // bytes from the frame's first byte to the area's
-    std::int32_t width = 0;  // pixels per row
-    std::int32_t rows = 0;   // 0: nothing to process
+    std::int32_t offset = 0;        // bytes from the frame's first byte to the area's
+    std::int32_t m_lCropWidth = 0;  // pixels per row
+    std::int32_t m_lCropHeight = 0; // rows; 0: nothing to process
 };
 
 // The whole frame.

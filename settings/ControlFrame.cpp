@@ -22,6 +22,7 @@ HRESULT Report(Value value, Value* out) {
 } // namespace
 
 // The transform changes neither size nor format: what goes out is what comes in.
+// Kept: a null pointer gives E_POINTER, as in every other getter. Test: FrameNumbersComeFromTheInputType.
 STDMETHODIMP CDeinterlaceControl::get_InWidth(LONG* pVal) {
     return Report<LONG>(m_lWidth, pVal);
 }

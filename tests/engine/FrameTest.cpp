@@ -210,8 +210,8 @@ TEST(Frames, WildShapesAreRefusedOrHoldTheirArea) {
         const ProcessedArea area = PlaceRegion(shape, region);
         const FrameCase c{shape, kMethods[0], true, region};
         ASSERT_GE(area.offset, 0) << c;
-        ASSERT_LE(area.offset % shape.stride + std::int64_t{area.width} * bits / 8, shape.stride) << c;
-        ASSERT_LE(area.offset / shape.stride + std::int64_t{area.rows}, shape.height) << c;
+        ASSERT_LE(area.offset % shape.stride + std::int64_t{area.m_lCropWidth} * bits / 8, shape.stride) << c;
+        ASSERT_LE(area.offset / shape.stride + std::int64_t{area.m_lCropHeight}, shape.height) << c;
     }
     EXPECT_GT(processable, 10'000);
 }
@@ -241,9 +241,10 @@ TEST(Frames, RegionsByExample) {
     };
     for (const auto& c : kCases) {
         const ProcessedArea area = PlaceRegion(c.shape, c.region);
-        EXPECT_TRUE(area.offset == c.area.offset && area.width == c.area.width && area.rows == c.area.rows)
-            << FrameCase{c.shape, kMethods[0], true, c.region} << ": " << area.offset << " " << area.width << " "
-            << area.rows;
+        EXPECT_TRUE(area.offset == c.area.offset && area.m_lCropWidth == c.area.m_lCropWidth &&
+                    area.m_lCropHeight == c.area.m_lCropHeight)
+            << FrameCase{c.shape, kMethods[0], true, c.region} << ": " << area.offset << " " << area.m_lCropWidth << " "
+            << area.m_lCropHeight;
     }
 }
 

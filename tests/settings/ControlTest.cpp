@@ -161,6 +161,11 @@ TEST_F(Control, FrameNumbersComeFromTheInputType) {
     SetInput(MFVideoFormat_RGB24, 721, 33, 50);
     Object()->put_Resize(VARIANT_TRUE);
     expect(721, 33, 24);
+    for (const LongGetter get :
+         {&INMFVDeinterlace::get_InWidth, &INMFVDeinterlace::get_InHeight, &INMFVDeinterlace::get_OutWidth,
+          &INMFVDeinterlace::get_OutHeight, &INMFVDeinterlace::get_InBits, &INMFVDeinterlace::get_OutBits}) {
+        EXPECT_HR(E_POINTER, (Object()->*get)(nullptr));
+    }
     EXPECT_EQ(50.0, Get(&INMFVDeinterlace::get_FrameRate));
     for (const double refused : {0.0, -25.0, std::numeric_limits<double>::quiet_NaN()}) {
         EXPECT_HR(E_INVALIDARG, Object()->put_FrameRate(refused));

@@ -64,6 +64,7 @@ SegmentRecord* SegmentList::Find(std::int32_t index) const {
 
 void SegmentList::Append(SegmentRecord* record) {
     record->index = m_count++;
+    ++m_appends;
     record->next = nullptr;
     (m_last ? m_last->next : m_first) = record;
     m_last = record;

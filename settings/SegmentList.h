@@ -41,6 +41,10 @@ public:
 
     std::int32_t Count() const { return m_count; }
 
+    // How many records were ever added at the end.
+    // Kept: nothing in the module asks. Test: FollowsAVector.
+    std::uint32_t Appends() const { return m_appends; }
+
 private:
     void Append(SegmentRecord* record);
     SegmentRecord** LinkTo(std::int32_t index);
@@ -48,4 +52,5 @@ private:
     SegmentRecord* m_first = nullptr;
     SegmentRecord* m_last = nullptr;
     std::int32_t m_count = 0;
+    std::uint32_t m_appends = 0;
 };

@@ -31,6 +31,7 @@ TEST(SegmentList, FollowsAVector) {
     for (int round = 0; round < 40; ++round) {
         SegmentList list;
         std::vector<std::uint32_t> model;
+        std::uint32_t appends = 0;
         const std::int32_t limit = 1 + random.Below(60);
         for (std::uint32_t turn = 1; turn <= 500; ++turn) {
             SCOPED_TRACE(testing::Message() << "round " << round << " turn " << turn << " seed=" << TestSeed());
@@ -42,12 +43,14 @@ TEST(SegmentList, FollowsAVector) {
                 record.index = 4711; // the list gives its own
                 record.segmentData = turn;
                 ASSERT_TRUE(list.Add(index, record));
+                appends += within ? 0 : 1;
                 model.insert(within ? model.begin() + index : model.end(), turn);
             } else {
                 ASSERT_EQ(within, list.Remove(index)) << index << " of " << size;
                 model.erase(model.begin() + (within ? index : 0), model.begin() + (within ? index + 1 : 0));
             }
             ASSERT_NO_FATAL_FAILURE(ExpectEqual(model, list));
+            ASSERT_EQ(appends, list.Appends());
         }
     }
 }

@@ -43,10 +43,6 @@ HRESULT RegisterClassKey(HMODULE module, REFCLSID clsid, const char* name) {
     if (const HRESULT hr = FormatClassKey(clsid, nullptr, keyPath); FAILED(hr)) {
         return hr;
     }
-    char modulePath[MAX_PATH];
-    if (const HRESULT hr = GetModulePath(module, modulePath); FAILED(hr)) {
-        return hr;
-    }
     CRegKey key;
     if (const HRESULT hr = CreateKey(HKEY_CLASSES_ROOT, keyPath, key); FAILED(hr)) {
         return hr;
@@ -56,6 +52,10 @@ HRESULT RegisterClassKey(HMODULE module, REFCLSID clsid, const char* name) {
     }
     CRegKey server;
     if (const HRESULT hr = CreateKey(key.Get(), kServerSubkey, server); FAILED(hr)) {
+        return hr;
+    }
+    char modulePath[MAX_PATH];
+    if (const HRESULT hr = GetModulePath(module, modulePath); FAILED(hr)) {
         return hr;
     }
     if (const HRESULT hr = SetText(server, nullptr, modulePath); FAILED(hr)) {

@@ -1,5 +1,6 @@
 // What registering writes, and what a step that fails leaves, in a registry of the test's own.
 #include "diag/Trace.h"
+#include "server/ClassKeys.h"
 #include "server/TypeLibraryRegistration.h"
 #include "tests/support/ComChecks.h"
 #include "tests/support/DebuggerTexts.h"
@@ -80,6 +81,18 @@ TEST_F(Registration, AFailureSkipsAllButTheTypeLibrary) {
         EXPECT_HR(S_OK, m_module.Unregister());
         RegDeleteTreeA(HKEY_CLASSES_ROOT, row.obstacle);
     }
+}
+
+TEST_F(Registration, TooLongAPathLeavesNamesOnly) {
+    const std::string path = m_copies.Add(std::string(120, 'x') + "\\" + std::string(120, 'y'), 0x00010000, 0);
+    const Module module(path);
+    ASSERT_LT(260u, path.size());
+    ASSERT_NE(nullptr, module.Handle());
+    EXPECT_HR(E_FAIL, RegisterClassKey(module.Handle(), CLSID_NMFVDeinterlace, "a name"));
+    EXPECT_EQ("a name", ClassesText(kClasses[0].key));
+    std::set<std::string> written;
+    ListRegistry(HKEY_CLASSES_ROOT, kClasses[0].key, written);
+    EXPECT_EQ(3u, written.size()) << "the key, its name and an empty key of the server";
 }
 
 void Protect(HKEY key, const char* rights) {

@@ -5,15 +5,15 @@
 
 #include "NMFVDeinterlace.h"
 
-#include <string>
+#include <filesystem>
 
 #include <mftransform.h>
 #include <windows.h>
 
 class Module {
 public:
-    explicit Module(const std::string& path = "NMFVDeitrx.dll")
-        : m_module(LoadLibraryA(path.c_str())) {}
+    explicit Module(const std::filesystem::path& path = "NMFVDeitrx.dll")
+        : m_module(LoadLibraryW(path.c_str())) {}
     Module(const Module&) = delete;
     Module& operator=(const Module&) = delete;
     ~Module() { FreeLibrary(m_module); }

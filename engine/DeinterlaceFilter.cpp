@@ -8,13 +8,11 @@
 
 #include "NMFVDeinterlaceKeys.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace {
 
 constexpr wchar_t kDisplayName[] = L"Nerin MF Video Deinterlace Transform";
-constexpr UINT32 kColorTableEntries = 256;
 constexpr FramePlan kPassThrough{};
 
 } // namespace
@@ -109,7 +107,7 @@ bool CDeinterlaceFilter::ShouldDeinterlace(const BYTE* frame) {
 
 CombSearch CDeinterlaceFilter::SearchFor(const BYTE* frame) const {
     const double sensitivity = ReadDoubleSetting(Store(), NMFV_DEINTERLACE_AUTO_SENSITIVITY);
-    const FrameComber comber(m_lWidth, m_lBitCount, m_pColorTable.get());
+    const FrameComber comber(m_lWidth, m_lBitCount, m_pColorTable);
     return {frame, Shape(), comber, InterlaceThreshold(m_lWidth, m_lHeight, sensitivity)};
 }
 
@@ -169,17 +167,4 @@ void CDeinterlaceFilter::EndStreaming() {
     m_pattern.deintPreamble = static_cast<INT16>(Setting(NMFV_DEINTERLACE_PATTERN_DEINT_PREAMBLE));
     m_pScratchFrame.Release();
     m_pSavedFrame.Release();
-}
-
-HRESULT CDeinterlaceFilter::SetColorTable(const ColorEntry* entries, UINT32 count) {
-    m_pColorTable.reset();
-    if (!entries) {
-        return S_OK;
-    }
-    m_pColorTable.reset(new (std::nothrow) ColorEntry[kColorTableEntries]());
-    if (!m_pColorTable) {
-        return E_OUTOFMEMORY;
-    }
-    std::copy_n(entries, std::min(count, kColorTableEntries), m_pColorTable.get());
-    return S_OK;
 }

@@ -28,10 +28,6 @@ protected:
     // Ends the hold, notes the global pattern and gives the frame buffers back.
     void EndStreaming();
 
-    // Gives the detector the colours of 8-bit frames, at most 256; entries left over are black. Null takes them away.
-    // E_OUTOFMEMORY.
-    HRESULT SetColorTable(const ColorEntry* entries, UINT32 count);
-
     // The frame that the stream format describes.
     FrameShape Shape() const;
 
@@ -61,11 +57,12 @@ private:
     bool SaveFrame(const FrameShape& shape, const BYTE* input);
     void RestoreProtected(const FrameShape& shape, BYTE* output);
 
-    INT64 m_rtStreamTimePerFrame = 0; // 100 ns, when streaming started
+    INT64 m_rtStreamTimePerFrame = 0; // 100 ns. Kept: taken when streaming starts, and read by nothing
     INT32 m_lAutoHoldCounter = 0;
     INT32 m_lAutoHoldFrames = HoldFrames(0); // so a client that never announces its stream gets the automatic mode too
     CFrameBuffer m_pSavedFrame;              // the untouched input, for the protected area
     CFrameBuffer m_pScratchFrame;            // Kept: allocated with the other, used by no frame path
-    std::unique_ptr<ColorEntry[]> m_pColorTable;
+    // Kept: nothing fills it, so no 8-bit frame counts as interlaced. Test: EightBitFramesHaveNoColours.
+    const ColorEntry* m_pColorTable = nullptr;
     PatternSnapshot m_pattern;
 };

@@ -5,7 +5,7 @@
 
 class CNerinCommon {
 public:
-    // The transform's display name.
+    // The transform's display name. Kept: nothing in the module asks for it; the pages have their own.
     const wchar_t* DisplayName() const { return m_displayName; }
 
 protected:

@@ -8,7 +8,8 @@
 // The stream format and what the transform alone needs beside it.
 struct TransformFormat {
     UINT32 SampleBytes = 0; // stride x signed height: the size of a stream's samples
-    UINT64 SubtypeCode = 0; // first eight bytes of the subtype; the FOURCC is in the low half
+    // The first eight bytes of the subtype; the FOURCC is in the low half. Kept: read by nothing. Test: NegativeHeight.
+    UINT64 SubtypeCode = 0;
 };
 
 // Fills both in from the type. The first failure ends the work: what was filled in up to there stays, the rest keeps

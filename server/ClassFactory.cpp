@@ -54,7 +54,7 @@ HRESULT GetClassObject(REFCLSID clsid, REFIID riid, void** ppv) {
     const auto classes = ClassTable();
     const auto row =
         std::find_if(classes.begin(), classes.end(), [&](const ClassEntry& entry) { return *entry.clsid == clsid; });
-    if (row == classes.end() || !row->create) {
+    if (row == classes.end()) {
         return CLASS_E_CLASSNOTAVAILABLE;
     }
     auto* const factory = new (std::nothrow) MediaFoundationSamples::ClassFactory(row->create);

@@ -10,8 +10,8 @@ using CreateInstanceFn = HRESULT (*)(IUnknown* outer, REFIID riid, void** ppv);
 
 struct ClassEntry {
     const CLSID* clsid;
-    const char* name;        // as registered
-    CreateInstanceFn create; // null: registered, but this build makes no objects of it
+    const char* name; // as registered
+    CreateInstanceFn create;
 };
 
 // In the order of searching and registering. A row more is a class more.

@@ -16,7 +16,7 @@ struct SegmentRecord {
     std::uint32_t deinterlaceFrames = 0;
     std::int32_t operationMode = 0; // SEGMENT_OPERATION_MODE
     // Kept: setting a start frame fills startTime and leaves this alone, setting a start time fills both and leaves
-    // startFrame alone; the two start points are independent. Test: StartPointsAreIndependent.
+    // startFrame alone; the two start points are independent. Nothing reads this one. Test: StartPointsAreIndependent.
     std::int64_t startTimeMs = 0;
     SegmentRecord* next = nullptr;
 };

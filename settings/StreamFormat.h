@@ -10,7 +10,7 @@ struct StreamFormat {
     std::int32_t m_lStride = 0;    // bytes per row
     std::int32_t m_lBufferSize = 0;
     std::int32_t m_bGrayPalette = 1;
-    std::int16_t m_bTopDown = 0; // nothing sets it: all frames count as bottom-up
+    std::int16_t m_bTopDown = 0; // Kept: nothing sets it, so all frames count as bottom-up
     std::int32_t m_bPacked422 = 0;
     std::int64_t m_rtAvgTimePerFrame = 0; // 100 ns
     double m_dFrameRate = 30.0;           // frames per second

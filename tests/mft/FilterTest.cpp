@@ -224,6 +224,29 @@ TEST_F(Filter, StartLimitsTheRegion) {
     EXPECT_HR(E_OUTOFMEMORY, m_filter.StartStreaming());
 }
 
+// A frame that is processed meanwhile sees the settings change in the order that clients know.
+TEST_F(Filter, SettingsOfSeveralKeysAreWrittenInTheirOrder) {
+    CComRef<IMFAttributes> real(m_filter.Store());
+    HookedStore store(real.Get());
+    std::vector<const GUID*> written;
+    store.hook.check = [&](const std::string& method, const GUID* key) {
+        if (method == "SetUINT32") {
+            written.push_back(key);
+        }
+        return S_OK;
+    };
+    m_filter.m_pStore.Share(&store);
+    m_filter.SetProtectedAreaParams(1, 2, 3, 4);
+    m_filter.SetGlobalPattern(5, 6, 7, VARIANT_TRUE);
+    m_filter.m_pStore.Share(real.Get());
+    EXPECT_EQ((std::vector<const GUID*>{
+                  &NMFV_DEINTERLACE_PROTECTED_LEFT, &NMFV_DEINTERLACE_PROTECTED_RIGHT, &NMFV_DEINTERLACE_PROTECTED_TOP,
+                  &NMFV_DEINTERLACE_PROTECTED_BOTTOM, &NMFV_DEINTERLACE_PATTERN_PREAMBLE_FRAMES,
+                  &NMFV_DEINTERLACE_PATTERN_NO_DEINTERLACE_FRAMES, &NMFV_DEINTERLACE_PATTERN_DEINTERLACE_FRAMES,
+                  &NMFV_DEINTERLACE_PATTERN_DEINT_PREAMBLE}),
+              written);
+}
+
 TEST_F(Filter, ProtectedAreaHasNoWidth) {
     for (const INT32 bits : {16, 24}) {
         SetFormat(16, 8, bits);

@@ -12,18 +12,51 @@ namespace {
 
 using Bytes = std::unique_ptr<BYTE[]>;
 
-// False when the value is missing, unreadable, of another type, or there is no memory for it.
+// False when the value is missing, unreadable, of another type, or there is no memory for it. A value that another
+// process makes larger between the question for its size and the reading is asked for again.
 bool ReadBinaryValue(HKEY key, const char* name, Bytes& bytes, DWORD& size) {
     DWORD type = 0;
-    if (RegQueryValueExA(key, name, nullptr, &type, nullptr, &size) != ERROR_SUCCESS || type != REG_BINARY) {
-        return false;
+    LSTATUS status = ERROR_MORE_DATA;
+    while (status == ERROR_MORE_DATA) {
+        if (RegQueryValueExA(key, name, nullptr, &type, nullptr, &size) != ERROR_SUCCESS || type != REG_BINARY) {
+            return false;
+        }
+        bytes.reset(new (std::nothrow) BYTE[size]);
+        if (!bytes) {
+            return false;
+        }
+        status = RegQueryValueExA(key, name, nullptr, &type, bytes.get(), &size);
     }
-    bytes.reset(new (std::nothrow) BYTE[size]);
-    return bytes && RegQueryValueExA(key, name, nullptr, &type, bytes.get(), &size) == ERROR_SUCCESS &&
-           type == REG_BINARY;
+    return status == ERROR_SUCCESS && type == REG_BINARY;
 }
 
+// Keeps other threads out of a store.
+class CStoreLock {
+public:
+    explicit CStoreLock(IMFAttributes* store)
+        : m_store(store)
+        , m_result(store->LockStore()) {}
+    CStoreLock(const CStoreLock&) = delete;
+    CStoreLock& operator=(const CStoreLock&) = delete;
+    ~CStoreLock() {
+        if (SUCCEEDED(m_result)) {
+            m_store->UnlockStore();
+        }
+    }
+
+    HRESULT Result() const { return m_result; }
+
+private:
+    IMFAttributes* const m_store;
+    const HRESULT m_result;
+};
+
+// The size and the content are of one moment.
 HRESULT GetBlob(IMFAttributes* store, Bytes& bytes, UINT32& size) {
+    const CStoreLock lock(store);
+    if (FAILED(lock.Result())) {
+        return lock.Result();
+    }
     if (const HRESULT hr = MFGetAttributesAsBlobSize(store, &size); FAILED(hr)) {
         return hr;
     }

@@ -1,6 +1,11 @@
 // Settings that outlive the transform.
+#include "tests/support/CallHook.h"
 #include "tests/support/SavedSettings.h"
 #include "tests/support/Transform.h"
+
+#include <atomic>
+#include <string>
+#include <thread>
 
 #include <mfapi.h>
 
@@ -135,6 +140,53 @@ TEST_F(Persistence, BlobWithForeignTypesReadsAsZero) {
     EXPECT_EQ(0, object.Get(&INMFVDeinterlace::get_ROIRight));
     EXPECT_EQ(0.0, object.Get(&INMFVDeinterlace::get_AutoDeinterlaceSensitivity));
     EXPECT_EQ(3u, ItemsOf(object.store.Get())); // the blob replaces all items
+}
+
+// Others save blobs of two sizes in turn while this one loads: it always gets one or the other.
+TEST_F(Persistence, LoadsWhileOthersSave) {
+    CComRef<IMFAttributes> store;
+    MFCreateAttributes(store.Put(), 0);
+    store->SetUINT32(NMFV_DEINTERLACE_ROI_RIGHT, 11);
+    const std::vector<BYTE> small = BlobOf(store.Get());
+    store->SetString(MF_MT_SUBTYPE, std::wstring(2000, L'x').c_str());
+    const std::vector<BYTE> large = BlobOf(store.Get());
+    WriteSavedSettings(REG_BINARY, small);
+    std::atomic<bool> done{false};
+    std::thread others([&] {
+        while (!done) {
+            WriteSavedSettings(REG_BINARY, large);
+            WriteSavedSettings(REG_BINARY, small);
+        }
+    });
+    int lost = 0;
+    for (int load = 0; load < 3000; ++load) {
+        store->DeleteAllItems();
+        EXPECT_HR(S_OK, LoadSettingsBlob(store.Get(), kSettingsKey));
+        lost += ItemsOf(store.Get()) == 0;
+    }
+    done = true;
+    others.join();
+    EXPECT_EQ(0, lost);
+}
+
+// Another thread writes at every moment at which the store lets it.
+TEST_F(Persistence, SavesTheStoreOfOneMoment) {
+    TransformUnderTest object;
+    ASSERT_TRUE(object.Create());
+    HookedStore store(object.store.Get());
+    int locked = 0;
+    std::wstring text;
+    store.hook.check = [&](const std::string& method, const GUID*) {
+        locked += method == "LockStore" ? 1 : method == "UnlockStore" ? -1 : 0;
+        if (locked == 0) {
+            object.store->SetString(MF_MT_SUBTYPE, (text += L"longer").c_str());
+        }
+        return S_OK;
+    };
+    EXPECT_HR(S_OK, SaveSettingsBlob(&store, kSettingsKey));
+    EXPECT_EQ(0, locked);
+    EXPECT_FALSE(text.empty());
+    EXPECT_HR(S_OK, LoadSettingsBlob(object.store.Get(), kSettingsKey));
 }
 
 TEST_F(Persistence, SaveReportsTheRegistrysError) {

@@ -1,5 +1,7 @@
 #include "com/TypeInfoHolder.h"
 
+#include "com/ProcessEnd.h"
+
 #include <mutex>
 #include <new>
 
@@ -8,6 +10,11 @@
 #include <oleauto.h>
 
 CComTypeInfoHolder::~CComTypeInfoHolder() {
+    if (ProcessIsEnding()) {
+        (void)m_owner.Detach();
+        (void)m_library.Detach();
+        return;
+    }
     for (std::size_t i = 0; i < m_nameCount; ++i) {
         SysFreeString(m_names[i].text);
     }

@@ -1,5 +1,5 @@
 // The type information behind IDispatch: one per interface and process, loaded from the registered type library on
-// first need and kept until the module unloads.
+// first need and kept until the module unloads. While the process ends, nothing of it is released.
 #pragma once
 
 #include "com/ComRef.h"

@@ -1,11 +1,14 @@
 // The control interface through IDispatch. The library is registered in a registry of the test's own.
+#include "com/TypeInfoHolder.h"
 #include "tests/support/Files.h"
 #include "tests/support/Members.h"
+#include "tests/support/Module.h"
 #include "tests/support/Transform.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -14,22 +17,22 @@
 
 namespace {
 
+void RegisterLibrary() {
+    CComRef<ITypeLib> library;
+    ASSERT_HR(S_OK, LoadTypeLibEx(L"NMFVDeitrx.dll", REGKIND_NONE, library.Put()));
+    std::wstring dll = (ProgramFolder() / L"NMFVDeitrx.dll").wstring();
+    ASSERT_HR(S_OK, RegisterTypeLib(library.Get(), dll.data(), nullptr));
+}
+
+void UnregisterLibrary() {
+    EXPECT_HR(S_OK, UnRegisterTypeLib(LIBID_NMFVDeinterlaceLib, 1, 0, 0, SYS_WIN64));
+}
+
 class Automation : public TransformTest {
 protected:
     void SetUp() override {
         TransformTest::SetUp();
         ASSERT_TRUE(m_classes.Active());
-    }
-
-    static void RegisterLibrary() {
-        CComRef<ITypeLib> library;
-        ASSERT_HR(S_OK, LoadTypeLibEx(L"NMFVDeitrx.dll", REGKIND_NONE, library.Put()));
-        std::wstring dll = (ProgramFolder() / L"NMFVDeitrx.dll").wstring();
-        ASSERT_HR(S_OK, RegisterTypeLib(library.Get(), dll.data(), nullptr));
-    }
-
-    static void UnregisterLibrary() {
-        EXPECT_HR(S_OK, UnRegisterTypeLib(LIBID_NMFVDeinterlaceLib, 1, 0, 0, SYS_WIN64));
     }
 
     HRESULT Call(DISPID id, WORD flags, std::vector<VARIANT> arguments, VARIANT* result = nullptr) {
@@ -123,6 +126,58 @@ TEST_F(Automation, PropertiesAndMethods) {
     for (const DISPID unassigned : {4, 5, 12, 49}) {
         EXPECT_HR(DISP_E_MEMBERNOTFOUND, Call(unassigned, DISPATCH_PROPERTYGET, {}, &result));
     }
+}
+
+ULONG STDMETHODCALLTYPE EndTheProcess(IUnknown*) {
+    TerminateProcess(GetCurrentProcess(), 99);
+    return 0;
+}
+
+// The process ends with code 99 when anybody releases `object`, or another of its class.
+void EndOnRelease(IUnknown* object) {
+    void** const release = *reinterpret_cast<void***>(object) + 2;
+    DWORD before = 0;
+    ASSERT_TRUE(VirtualProtect(release, sizeof(*release), PAGE_READWRITE, &before));
+    *release = reinterpret_cast<void*>(&EndTheProcess);
+}
+
+// Leaves the module loaded, with the type information in its hands.
+void HaveTheModuleHoldItsTypeInformation() {
+    const PrivateRegistry user(HKEY_CURRENT_USER), classes(HKEY_CLASSES_ROOT);
+    RegisterLibrary();
+    const auto* const module = new Module;
+    CComRef<IMFTransform> transform;
+    CComRef<IDispatch> automation;
+    CComRef<ITypeInfo> info;
+    CComRef<ITypeLib> library;
+    UINT index = 0;
+    ASSERT_HR(S_OK, module->CreateTransform(transform));
+    ASSERT_HR(S_OK, transform->QueryInterface(IID_IDispatch, automation.PutVoid()));
+    ASSERT_HR(S_OK, automation->GetTypeInfo(0, 0, info.Put()));
+    ASSERT_HR(S_OK, info->GetContainingTypeLib(library.Put(), &index));
+    EndOnRelease(info.Detach());
+    EndOnRelease(library.Detach());
+}
+
+// Other libraries may be gone already, and their threads in the middle of anything.
+TEST(TypeInformation, IsLeftAloneWhileTheProcessEnds) {
+    EXPECT_EXIT(
+        {
+            HaveTheModuleHoldItsTypeInformation();
+            ExitProcess(7);
+        },
+        testing::ExitedWithCode(7), "");
+}
+
+TEST(TypeInformation, GoesWithItsHolder) {
+    const PrivateRegistry classes(HKEY_CLASSES_ROOT);
+    RegisterLibrary();
+    auto holder = std::make_unique<CComTypeInfoHolder>(LIBID_NMFVDeinterlaceLib, 1, 0, IID_INMFVDeinterlace);
+    CComRef<ITypeInfo> info;
+    ASSERT_HR(S_OK, holder->GetTypeInfo(0, 0, info.Put()));
+    const ULONG held = ReferencesOf(info.Get());
+    holder.reset();
+    ExpectRefs(info.Get(), held - 1);
 }
 
 } // namespace

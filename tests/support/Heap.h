@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include <malloc.h>
 #include <windows.h>
 
 inline std::int64_t BusyBytes(HANDLE heap) {
@@ -13,4 +14,10 @@ inline std::int64_t BusyBytes(HANDLE heap) {
     }
     HeapUnlock(heap);
     return bytes;
+}
+
+// On the heaps of the process and of the C run-time.
+inline std::int64_t BusyBytes() {
+    const auto runtime = reinterpret_cast<HANDLE>(_get_heap_handle());
+    return BusyBytes(GetProcessHeap()) + (runtime == GetProcessHeap() ? 0 : BusyBytes(runtime));
 }

@@ -5,8 +5,6 @@
 #include "tests/ui/SheetWindow.h"
 #include "tests/ui/ShellLog.h"
 
-#include <malloc.h>
-
 namespace {
 
 struct Holdings {
@@ -40,9 +38,7 @@ DWORD Windows() {
 }
 
 Holdings Held() {
-    const auto runtime = reinterpret_cast<HANDLE>(_get_heap_handle());
-    const std::int64_t ours = runtime == GetProcessHeap() ? 0 : BusyBytes(runtime);
-    return {Windows(), DrawingObjects(), BusyBytes(GetProcessHeap()) + ours};
+    return {Windows(), DrawingObjects(), BusyBytes()};
 }
 
 const CLSID* const kPages[] = {&CLSID_NMFVDeinterlaceSettingsPage, &CLSID_NMFVDeinterlaceRoiPage,

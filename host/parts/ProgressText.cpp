@@ -48,9 +48,14 @@ std::string ProgressText(std::uint64_t frames, std::optional<std::uint64_t> tota
 
 std::string SummaryText(const RunSummary& summary) {
     char text[160];
-    std::snprintf(text, sizeof text, "%s in %.2f s: %.1f frames per second.\n", FramesText(summary.frames).c_str(),
-                  summary.seconds, Rate(summary.frames, summary.seconds));
+    std::snprintf(text, sizeof text, "%s in %.2f s: %.1f frames per second, reading and writing included.\n",
+                  FramesText(summary.frames).c_str(), summary.seconds, Rate(summary.frames, summary.seconds));
     std::string out = text;
+    if (summary.frames > 0) {
+        std::snprintf(text, sizeof text, "The transform itself took %.2f ms per frame.\n",
+                      summary.transformSeconds * 1000 / static_cast<double>(summary.frames));
+        out += text;
+    }
     if (summary.calledInterlaced) {
         out += "The detector called " + FramesText(*summary.calledInterlaced) + " interlaced";
         if (summary.deinterlaced) {

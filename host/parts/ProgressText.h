@@ -12,7 +12,8 @@ std::string ProgressText(std::uint64_t frames, std::optional<std::uint64_t> tota
 // What a run did, for its closing lines.
 struct RunSummary {
     std::uint64_t frames = 0;
-    double seconds = 0;
+    double seconds = 0;                            // of the whole run
+    double transformSeconds = 0;                   // of these, within the transform
     std::uint64_t changed = 0;                     // frames whose picture came out different, byte for byte
     std::optional<std::uint64_t> calledInterlaced; // by the detector itself, in auto mode
     std::optional<std::uint64_t> deinterlaced;     // these and the frames that the five-second hold added

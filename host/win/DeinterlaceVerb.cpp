@@ -179,6 +179,7 @@ void RunDeinterlace(const Command& command) {
     client.Finish();
     output.Finish();
     if (!command.options.quiet) {
+        summary.transformSeconds = std::chrono::duration<double>(client.Worked()).count();
         decisions.Report(summary);
         Say(SummaryText(summary));
     }

@@ -134,12 +134,14 @@ const std::uint8_t* CTransformClient::Process() {
     m_input.SetLength(m_frameBytes);
     Must(m_input.Sample()->SetSampleTime(when(m_frame)), "a sample cannot be stamped");
     Must(m_input.Sample()->SetSampleDuration(when(m_frame + 1) - when(m_frame)), "a sample cannot be stamped");
-    MustForFrame(m_transform->ProcessInput(0, m_input.Sample(), 0));
     m_output.SetLength(0);
+    const auto begin = std::chrono::steady_clock::now();
+    MustForFrame(m_transform->ProcessInput(0, m_input.Sample(), 0));
     MFT_OUTPUT_DATA_BUFFER buffer{};
     buffer.pSample = m_output.Sample();
     DWORD status = 0;
     MustForFrame(m_transform->ProcessOutput(0, 1, &buffer, &status));
+    m_worked += std::chrono::steady_clock::now() - begin;
     // A frame that the engine could not process is reported by nothing but the length that was not set.
     MustForFrame(m_output.Length() == m_frameBytes ? S_OK : E_UNEXPECTED);
     ++m_frame;

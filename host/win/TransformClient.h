@@ -7,6 +7,7 @@
 #include "host/win/TransformSettings.h"
 
 #include <NMFVDeinterlace.h>
+#include <chrono>
 #include <cstdint>
 #include <mfapi.h>
 #include <mftransform.h>
@@ -63,6 +64,8 @@ public:
     CHeldTransform& Transform() { return m_transform; }
 
     const ActiveSettings& Active() const { return m_active; }
+    // How long the transform itself has worked on frames so far.
+    std::chrono::steady_clock::duration Worked() const { return m_worked; }
     std::size_t FrameBytes() const { return m_frameBytes; }
     // 100 ns units, as the transform knows it.
     std::int64_t TimePerFrame() const { return static_cast<std::int64_t>(m_timePerFrame); }
@@ -85,6 +88,7 @@ private:
     ActiveSettings m_active;
     std::uint64_t m_timePerFrame = 0;
     std::uint64_t m_frame = 0;
+    std::chrono::steady_clock::duration m_worked{};
 };
 
 } // namespace host

@@ -5,8 +5,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 # shellcheck source=scripts/build.sh
 . "$nmfv_scripts/build.sh"
-set_up
-build_preset mingw NMFVDeitrx nmfvdeint
+set_up_while build_preset mingw NMFVDeitrx nmfvdeint
 for result in NMFVDeitrx.dll nmfvdeint.exe; do
     [[ -f $nmfv_build/mingw/$result ]] || die "the build left no build/mingw/$result"
     say "built: build/mingw/$result"

@@ -16,9 +16,12 @@ test_preset() {
     return "$status"
 }
 
-set_up
-build_preset mingw
-build_preset native
+build_all() {
+    build_preset mingw
+    build_preset native
+}
+
+set_up_while build_all
 mkdir -p "$nmfv_logs"
 tally=$(mktemp)
 trap 'rm -f "$tally"' EXIT

@@ -3,7 +3,7 @@
 
 # build_preset PRESET [TARGET...]: everything, or the targets alone.
 build_preset() {
-    local preset=$1
+    local preset=$1 step_lines=100
     shift
     (cd "$nmfv_top" && step "configuring $preset" cmake --preset "$preset") ||
         die "the $preset build can't be configured"

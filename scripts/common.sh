@@ -49,8 +49,9 @@ wait_telling() {
     wait "$pid"
 }
 
-# step LABEL COMMAND...: runs the command with its output in a log, shows the log if it fails.
+# step LABEL COMMAND...: runs the command with its output in a log, shows the log's end if it fails: step_lines of it.
 # The result is the command's; the log is build/logs/LABEL-with-dashes.log.
+step_lines=3
 step() {
     local label=$1 begin=$SECONDS log status=0
     shift
@@ -64,7 +65,7 @@ step() {
     wait_telling "$pid" "$label" "$log" || status=$?
     trap - INT TERM
     if ((status != 0)); then
-        tail -n 200 "$log" >&2
+        tail -n "$step_lines" "$log" >&2
         echo "run: '$label' failed (all of its output: $log)" >&2
         return "$status"
     fi

@@ -8,11 +8,12 @@ for part in packages mirror wine-root wine-choice wine-prefix; do
 done
 unset part
 
+# set_up_packages [PACKAGE...]: what building and Wine need, and these.
 set_up_packages() {
     local -a packages
     check_machine
     mapfile -t packages < <(wine_packages)
-    install_packages "${nmfv_build_packages[@]}" "${packages[@]}"
+    install_packages "${nmfv_build_packages[@]}" "${packages[@]}" "$@"
     [[ ${NMFV_SKIP_PACKAGES:-} != 1 ]] || check_tools
 }
 
@@ -30,8 +31,8 @@ set_up_while() {
     # shellcheck disable=SC2064  # this very process, which cleans up after itself
     trap "kill $wine 2>/dev/null; wait $wine" EXIT
     "$@"
+    wait "$wine" || exit 1 # it has said why
     trap - EXIT
-    wait "$wine" || exit 1
 }
 
 set_up() { set_up_while true; }

@@ -5,7 +5,6 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 # shellcheck source=scripts/demo-clip.sh
 . "$nmfv_scripts/demo-clip.sh"
-bash "$nmfv_scripts/verb-build.sh"
 demo=$nmfv_build/demo
 
 # Every frame goes through the DLL, loaded by its COM entry points in Wine.
@@ -19,7 +18,8 @@ deinterlace_clip() {
             -movflags +faststart "$demo/deinterlaced.mp4"
 }
 
-install_packages ffmpeg
+set_up_packages ffmpeg
+bash "$nmfv_scripts/verb-build.sh"
 ensure_clip
 rm -rf "$demo"
 mkdir -p "$demo"
@@ -28,6 +28,7 @@ say "demo: a phone's recording, cut to a window of 1280x720 that rests and pans 
 say "demo: 210 frames as RGB24, --mode auto --method rebuild, sensitivity 1 (the default);"
 say "demo: frames of the rests are not interlaced, and pass unchanged but for five seconds after an interlaced one"
 keep_server
+step_lines=20
 step "demo: deinterlacing" deinterlace_clip || {
     cat "$demo/summary.txt" >&2
     die "the demo failed; nothing in build/demo is to be trusted"

@@ -3,11 +3,12 @@
 # To be sourced after common.sh.
 nmfv_wine_choice=$nmfv_build/wine-choice
 
-# The machine's own Wine, if it is 10 or newer: its path, or nothing.
+# The machine's own Wine, if it is 10 or newer: its path, or nothing. Debian's program for 64 bits goes before its
+# launcher, which asks for the one for 32 bits at every start.
 machine_wine() {
     [[ ${NMFV_WINE:-} == private ]] && return
     local name version
-    for name in wine wine64; do
+    for name in /usr/lib/wine/wine64 wine wine64; do
         command -v "$name" >/dev/null || continue
         version=$(WINEPREFIX=$nmfv_build/none timeout 30 "$name" --version 2>/dev/null || true)
         if [[ $version =~ ^wine-([0-9]+) ]] && ((BASH_REMATCH[1] >= 10)); then

@@ -8,7 +8,7 @@
 struct StopwatchStart {
     std::int64_t frequency = 0;   // counts per second; 0 without a performance counter
     std::int64_t start = -1;      // the counter at the start; -1 when it couldn't be read
-    std::int64_t accumulated = 0; // added to every reading
+    std::int64_t accumulated = 0; // added to every reading. Kept: set by nothing. Test: ElapsedTime.CountsAndTicks
     std::uint32_t startTick = 0;  // the tick count at the start, in milliseconds
 };
 

@@ -62,7 +62,3 @@ void WriteTrace(const char* format, ...) {
     g_decorator.Decorate(flags, text, line, sizeof(line));
     Emit(flags, line);
 }
-
-void CloseTrace() {
-    g_writer.Close();
-}

@@ -33,7 +33,3 @@ inline void Trace(const char* format, Arguments... arguments) {
         WriteTrace(format, arguments...);
     }
 }
-
-// Ends this module's part in the trace file: what it has pending is written, its timer is gone, and later lines are
-// dropped. A static object calls it when the module is unloaded; calls after the first do nothing.
-void CloseTrace();

@@ -37,7 +37,7 @@ BufferResult CBaseBuffer::Append(const void* bytes, std::int32_t count) {
     if (count <= 0) {
         return kBufferOk;
     }
-    if (count > std::numeric_limits<std::int32_t>::max() - m_length || !Reserve(m_length + count)) {
+    if (count > std::numeric_limits<std::int32_t>::max() - m_length || !CBaseBuffer::Reserve(m_length + count)) {
         return kBufferOutOfMemory;
     }
     std::memcpy(Data() + m_length, bytes, static_cast<std::size_t>(count));
@@ -63,7 +63,7 @@ BufferResult CBaseBuffer::Format(const char* format, ...) {
     if (length < 0 || length == std::numeric_limits<int>::max()) {
         return kBufferNoText;
     }
-    if (!Reserve(length + 1)) {
+    if (!CBaseBuffer::Reserve(length + 1)) {
         return kBufferOutOfMemory;
     }
     va_start(arguments, format);

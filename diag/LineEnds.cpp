@@ -26,7 +26,7 @@ BufferResult AppendWithLineEnds(CBaseBuffer& buffer, const char* text) {
     std::size_t bytes = 0;
     ForEachPiece(text, [&](const char*, std::size_t count) { bytes += count; });
     const auto room = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max() - buffer.Length());
-    if (bytes > room || !buffer.Reserve(buffer.Length() + static_cast<std::int32_t>(bytes))) {
+    if (bytes > room || !buffer.CBaseBuffer::Reserve(buffer.Length() + static_cast<std::int32_t>(bytes))) {
         return kBufferOutOfMemory;
     }
     ForEachPiece(text, [&](const char* piece, std::size_t count) {

@@ -23,12 +23,6 @@ namespace {
 // A timer that comes sooner after a write than this leaves the text for the next time.
 constexpr std::int32_t kShortestGap = 51;
 
-template <typename T>
-void DestroyOnProcessHeap(T* object) {
-    object->~T();
-    HeapFree(GetProcessHeap(), 0, object);
-}
-
 CHeapBuffer* CreateBuffer() {
     void* const memory = HeapAlloc(GetProcessHeap(), 0, sizeof(CHeapBuffer));
     return memory ? new (memory) CHeapBuffer : nullptr;
@@ -113,7 +107,8 @@ void TraceWriter::FinishUnderLock() {
 
 void TraceWriter::DestroyPending() {
     if (pending) {
-        DestroyOnProcessHeap(pending);
+        pending->CHeapBuffer::~CHeapBuffer(); // no virtual call: another module's compiler may have made it
+        HeapFree(GetProcessHeap(), 0, pending);
         pending = nullptr;
     }
 }

@@ -215,6 +215,20 @@ TEST_F(TraceLog, TimerLeavesWhatIsTooSoonOrBusy) {
     EXPECT_EQ(0u, writer->Release());
 }
 
+// Its virtual table may be laid out in another way, so no slot of it is called.
+TEST_F(TraceLog, BufferOfAnotherCompiler) {
+    const auto slot = [] { ADD_FAILURE() << "a virtual call"; };
+    void (*const table[4])() = {slot, slot, slot, slot};
+    std::wcscpy(TracePath, m_file.c_str());
+    TraceWriter* const writer = TraceWriter::Create();
+    writer->AddReference();
+    writer->Append("\na");
+    *reinterpret_cast<void (*const**)()>(writer->pending) = table;
+    writer->Append("\nb");
+    EXPECT_EQ(0u, writer->Release());
+    EXPECT_EQ(kMark + "\r\na\r\nb", Contents(m_file));
+}
+
 // The timer comes due while the unloading thread, which holds the loader's lock, waits for the file.
 TEST_F(TraceLog, UnloadingWhileTheTimerComesDue) {
     TracingModule module(kOneModule, kToFile, m_file);

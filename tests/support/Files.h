@@ -23,18 +23,21 @@ public:
         static int number = 0;
         m_path = std::filesystem::temp_directory_path() /
                  ("NMFV test " + std::to_string(GetCurrentProcessId()) + "." + std::to_string(++number));
+        Remove(); // what a process that had the same number, and was killed, has left
         std::filesystem::create_directories(m_path);
     }
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
-    ~TempFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
+    ~TempFolder() { Remove(); }
 
     const std::filesystem::path& Path() const { return m_path; }
 
 private:
+    void Remove() const {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+
     std::filesystem::path m_path;
 };
 

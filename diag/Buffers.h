@@ -11,9 +11,10 @@ inline constexpr BufferResult kBufferNoText = static_cast<BufferResult>(0x800040
 inline constexpr BufferResult kBufferNullPointer = static_cast<BufferResult>(0x80004003); // E_POINTER
 inline constexpr BufferResult kBufferOutOfMemory = static_cast<BufferResult>(0x8007000E); // E_OUTOFMEMORY
 
-// Not thread-safe. Modules hand buffers to each other, so the order of virtual functions and members is fixed. Compilers
-// differ, however, in how many slots a destructor takes: a buffer that another module may have made gets no virtual
-// call, and the functions that aren't virtual make none. Its memory is grown and freed by the functions it came with.
+// Not thread-safe. Modules hand buffers to each other, so the order of virtual functions and members is fixed.
+// Compilers differ, however, in how many slots a destructor takes: a buffer that another module may have made gets no
+// virtual call, and the functions that aren't virtual make none. Its memory is grown and freed by the functions it came
+// with.
 class CBaseBuffer {
 public:
     // As std::realloc and std::free: null in gives a new block, null out means no memory and the old block stands.

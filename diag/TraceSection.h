@@ -21,6 +21,9 @@ static_assert(std::atomic<TraceWriter*>::is_always_lock_free && std::atomic<std:
 // neither works. The caller closes the handle.
 HANDLE OpenTraceSection(const wchar_t* path);
 
+// True when the section for that path is held open by anybody and has this writer's address.
+bool IsInTraceSection(const wchar_t* path, const TraceWriter* writer);
+
 // A section while it can be seen in memory.
 class TraceSectionView {
 public:

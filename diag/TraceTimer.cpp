@@ -52,16 +52,16 @@ void StartTraceTimer(TraceWriter& writer) {
 
 // Kept: the queue's handle stays, so nobody starts another timer: what other modules trace from now on is written when
 // they let go. Test: TraceLog.SecondOutlivesTheTimersOwner.
-void StopTraceTimer(TraceWriter& writer) {
+void StopTraceTimer(TraceWriter& writer, bool lockIsLost) {
     if (!writer.timerQueue || writer.timerOwner != &TraceFlags) {
         return;
     }
-    const bool wasRunning = ++writer.busy > 1;
+    ++writer.busy; // a callback that begins from here on does nothing
+    WaitWhileBusy(writer);
+    const bool waitsForLostLock = lockIsLost && writer.busy > 1;
     // A callback that died with its thread would be waited for without end.
-    (void)DeleteTimerQueueTimer(writer.timerQueue, writer.timer, ProcessIsEnding() ? nullptr : INVALID_HANDLE_VALUE);
+    const bool wait = !waitsForLostLock && !ProcessIsEnding();
+    (void)DeleteTimerQueueTimer(writer.timerQueue, writer.timer, wait ? INVALID_HANDLE_VALUE : nullptr);
     writer.timerOwner = nullptr;
     DeleteQueue(writer.timerQueue);
-    if (wasRunning) {
-        WaitWhileBusy(writer);
-    }
 }

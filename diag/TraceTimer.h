@@ -8,5 +8,6 @@ struct TraceWriter;
 void StartTraceTimer(TraceWriter& writer);
 
 // Stops the timer when this module owns it; none of the module's code runs in the timer's thread afterwards. Call
-// without the writer's lock; the loader's lock may be held.
-void StopTraceTimer(TraceWriter& writer);
+// without the writer's lock; the loader's lock may be held. When another thread has the writer's lock and won't give it
+// back, `lockIsLost`, a callback that waits for it is left to wait.
+void StopTraceTimer(TraceWriter& writer, bool lockIsLost);

@@ -75,14 +75,12 @@ void TraceWriter::Flush(bool fromTimer) {
 
 std::uint32_t TraceWriter::Release() {
     const std::uint32_t left = --references;
-    if (TryLockForOneSecond()) {
+    const bool locked = TryLockForOneSecond();
+    if (locked) {
         FinishUnderLock();
         lock.unlock();
-        StopTraceTimer(*this);
     }
-    if (left == 0) {
-        Destroy();
-    }
+    StopTraceTimer(*this, !locked);
     return left;
 }
 
@@ -117,6 +115,10 @@ void TraceWriter::Destroy() {
     if (pending && pending->Length() > 0) {
         AppendToTraceFile(folderFallback, pending->Data(), pending->Length());
     }
+    if (!lock.try_lock()) {
+        return; // whoever has it is still at work in here, or died in it
+    }
+    lock.unlock();
     DestroyPending();
     this->~TraceWriter();
     HeapFree(GetProcessHeap(), 0, this);

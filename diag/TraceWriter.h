@@ -22,10 +22,13 @@ struct TraceWriter {
 
     void AddReference() { ++references; }
 
-    // Gives one reference back, writes what is pending and stops the timer when it is this module's; with the last
-    // reference the writer is gone. Returns the references left. Waits a second for a lock that another thread has, and
-    // then goes on without.
+    // Gives one reference back, writes what is pending and stops the timer when it is this module's. Returns the
+    // references left. Waits a second for a lock that another thread has, and then leaves the pending text alone.
     std::uint32_t Release();
+
+    // Writes what is pending and frees a writer without references, which no module may find any more. One whose lock
+    // another thread has isn't freed.
+    void Destroy();
 
     // Takes a line, to be written within half a second while the module that started the timer is loaded, and later by
     // the next Release. Drops it when there is no memory.
@@ -53,5 +56,4 @@ private:
     void FinishUnderLock();
     bool TryLockForOneSecond();
     void DestroyPending();
-    void Destroy();
 };

@@ -1,10 +1,11 @@
 #include "diag/TraceWriterRef.h"
 
-#include "diag/Trace.h"
 #include "diag/TraceSection.h"
 #include "diag/TraceWriter.h"
 
+#include <cwchar>
 #include <mutex>
+#include <optional>
 
 namespace {
 
@@ -37,7 +38,8 @@ TraceWriter* TraceWriterRef::Acquire() {
 }
 
 TraceWriter* TraceWriterRef::FindOrCreate() {
-    const HANDLE section = OpenTraceSection(TracePath);
+    std::wcsncpy(m_path, TracePath, kTracePathSize - 1);
+    const HANDLE section = OpenTraceSection(m_path);
     TraceWriter* writer = nullptr;
     if (const TraceSectionView view(section); view) {
         writer = WriterOf(*view);
@@ -57,18 +59,23 @@ void TraceWriterRef::Close() {
     if (!writer) {
         return;
     }
-    if (const TraceSectionView view(m_section); view) {
-        const TraceSectionLock hold(*view, kCloseLimit);
-        if (writer->Release() == 0) {
-            // Kept: the address of the writer that is gone is written back, not cleared. Each module that holds the
-            // section holds a reference too, so this was the last one, and the section goes with its handle below; only
-            // a handle that somebody else opened can show the address. Test: TraceLog.SharedSection.
-            view->writer = writer;
-        }
-    } else {
-        writer->Release();
+    const TraceSectionView view(m_section);
+    std::optional<TraceSectionLock> hold;
+    if (view) {
+        hold.emplace(*view, kCloseLimit);
+    }
+    const bool last = writer->Release() == 0;
+    if (last && view) {
+        // Kept: the address is written back, not cleared. Test: TraceLog.SharedSection.
+        view->writer = writer;
+    }
+    CloseHandle(m_section);
+    // The section's name goes with its last handle. As long as there is one, a module may be waiting for the lock,
+    // about to take the writer whose address it finds: the writer then stays, for that module to free. Versions of this
+    // code that free it at once leave such a module with a dead address, which it can't tell from a good one.
+    if (last && !IsInTraceSection(m_path, writer)) {
+        writer->Destroy();
     }
     m_writer = nullptr;
-    CloseHandle(m_section);
     m_section = nullptr;
 }

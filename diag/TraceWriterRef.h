@@ -1,6 +1,7 @@
 // A module's hold on the trace writer of its process.
 #pragma once
 
+#include "diag/Trace.h"
 #include "diag/TraceLock.h"
 
 #include <atomic>
@@ -28,6 +29,7 @@ private:
     TraceWriter* FindOrCreate();
 
     TraceLock m_lock;
+    wchar_t m_path[kTracePathSize] = {}; // the section's; TracePath may change
     HANDLE m_section = nullptr;
     std::atomic<TraceWriter*> m_writer{nullptr};
     std::atomic<bool> m_closed{false};

@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <regex>
 #include <sstream>
@@ -110,28 +111,49 @@ TEST_F(TraceLog, SecondOutlivesTheTimersOwner) {
     EXPECT_EQ(kMark + "\r\na\r\nb\r\nc", Contents(m_file));
 }
 
+bool IsOnProcessHeap(const void* block) {
+    return HeapValidate(GetProcessHeap(), 0, block);
+}
+
 TEST_F(TraceLog, SharedSection) {
     TracingModule first(kOneModule, kToFile, m_file);
     TracingModule second(kOtherModule, kToFile, m_file);
     first.Line("a");
     const HANDLE section = OpenTraceSection(m_file.c_str());
     EXPECT_EQ(static_cast<DWORD>(ERROR_ALREADY_EXISTS), GetLastError());
-    {
-        const TraceSectionView view(section);
-        const TraceWriter* const writer = view->writer;
-        ASSERT_NE(nullptr, writer);
-        EXPECT_EQ(1u, writer->references);
-        second.Line("b");
-        EXPECT_EQ(2u, writer->references);
-        first.Unload();
-        EXPECT_EQ(1u, writer->references);
-        view->spin = 1; // as if another thread had died with the lock: a second's patience, no more
-        second.Unload();
-        EXPECT_EQ(1, view->spin);
-        EXPECT_EQ(writer, view->writer); // as it was, and no longer an address
-    }
+    const TraceSectionView view(section);
+    const TraceWriter* const writer = view->writer;
+    ASSERT_NE(nullptr, writer);
+    EXPECT_EQ(1u, writer->references);
+    second.Line("b");
+    EXPECT_EQ(2u, writer->references);
+    first.Unload();
+    EXPECT_EQ(1u, writer->references);
+    view->spin = 1; // as if another thread had died with the lock: a second's patience, no more
+    second.Unload();
+    EXPECT_EQ(1, view->spin--);
+    EXPECT_EQ(writer, view->writer);
+    ASSERT_TRUE(IsOnProcessHeap(writer)) << "gone, though the section can still be found";
+    TracingModule third(kOneModule, kToFile, m_file);
+    third.Line("c");
+    EXPECT_EQ(1u, writer->references);
     CloseHandle(section);
-    EXPECT_EQ(kMark + "\r\na\r\nb", Contents(m_file));
+    third.Unload();
+    EXPECT_FALSE(IsOnProcessHeap(writer));
+    EXPECT_EQ(kMark + "\r\na\r\nb\r\nc", Contents(m_file));
+}
+
+// Again and again one comes at the moment when the last one goes.
+TEST_F(TraceLog, ComingWhileTheLastOneGoes) {
+    const auto comeAndGo = [&](const wchar_t* name) {
+        for (int i = 0; i < 300; ++i) {
+            TracingModule(name, kToFile, m_file).Line("a");
+        }
+    };
+    std::thread other(comeAndGo, kOtherModule);
+    comeAndGo(kOneModule);
+    other.join();
+    EXPECT_EQ(kMark.size() + 600 * std::string("\r\na").size(), Contents(m_file).size());
 }
 
 TEST_F(TraceLog, ByteOrderMarkInEmptyFilesOnly) {
@@ -213,6 +235,7 @@ TEST_F(TraceLog, TimerLeavesWhatIsTooSoonOrBusy) {
     writer->OnTimer();
     EXPECT_EQ(kMark + "\r\na", Contents(m_file));
     EXPECT_EQ(0u, writer->Release());
+    writer->Destroy();
 }
 
 // Its virtual table may be laid out in another way, so no slot of it is called.
@@ -226,6 +249,7 @@ TEST_F(TraceLog, BufferOfAnotherCompiler) {
     *reinterpret_cast<void (*const**)()>(writer->pending) = table;
     writer->Append("\nb");
     EXPECT_EQ(0u, writer->Release());
+    writer->Destroy();
     EXPECT_EQ(kMark + "\r\na\r\nb", Contents(m_file));
 }
 
@@ -326,6 +350,32 @@ TEST_F(TraceLog, ModulesThatComeAndGoLeaveNothing) {
     EXPECT_EQ(before.handles, after.handles);
     EXPECT_EQ(before.threads, after.threads);
     EXPECT_GE(before.mappings, after.mappings);
+}
+
+// A thread holds the writer's lock while the module goes, for too long or for good; the timer waits for it too.
+TEST_F(TraceLog, UnloadingWhileTheWriterIsLocked) {
+    for (const DWORD held : {1600, 60'000}) {
+        const ULONGLONG start = GetTickCount64();
+        EXPECT_EXIT(
+            {
+                TracingModule module(kOneModule, kToFile, m_file);
+                module.Line("a");
+                const HANDLE section = OpenTraceSection(m_file.c_str());
+                TraceWriter& writer = *TraceSectionView(section)->writer;
+                CloseHandle(section);
+                std::thread([&] {
+                    const std::lock_guard hold(writer.lock);
+                    Sleep(held);
+                }).detach();
+                Sleep(100);
+                module.Unload();
+                Sleep(700); // long enough for a timer that was left
+                ExitProcess(Contents(m_file) == kMark + "\r\na" ? 7 : 8);
+            },
+            testing::ExitedWithCode(7), "")
+            << held;
+        EXPECT_GT(20'000u, GetTickCount64() - start);
+    }
 }
 
 // The timer's thread dies with the file unwritten; the process must end all the same.

@@ -59,7 +59,8 @@ void StopTraceTimer(TraceWriter& writer, bool lockIsLost) {
     ++writer.busy; // a callback that begins from here on does nothing
     WaitWhileBusy(writer);
     const bool waitsForLostLock = lockIsLost && writer.busy > 1;
-    // A callback that died with its thread would be waited for without end.
+    // Kept: at the end of the process the timer is not waited for: a callback that died with its thread would never
+    // end. Test: TraceLog.ProcessEndsInTheMiddleOfAFlush.
     const bool wait = !waitsForLostLock && !ProcessIsEnding();
     (void)DeleteTimerQueueTimer(writer.timerQueue, writer.timer, wait ? INVALID_HANDLE_VALUE : nullptr);
     writer.timerOwner = nullptr;

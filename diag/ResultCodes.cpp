@@ -11,6 +11,8 @@ struct CodeRow {
     const char* text;
 };
 
+#define PUBLIC_ROW(code, name, ...) {code, #name __VA_ARGS__},
+
 constexpr CodeRow ResultNameTable[] = {
 #include "diag/ResultNames.inc"
 };
@@ -18,6 +20,8 @@ constexpr CodeRow ResultNameTable[] = {
 constexpr CodeRow WinsockNameTable[] = {
 #include "diag/WinsockNames.inc"
 };
+
+#undef PUBLIC_ROW
 
 static_assert(std::size(ResultNameTable) == 123);
 static_assert(std::size(WinsockNameTable) == 89);

@@ -8,6 +8,19 @@
 #include <string_view>
 #include <vector>
 
+// The number of a public name is the platform's own where its headers are at hand.
+#ifdef _WIN32
+#include <windows.h>
+
+#include <delayimp.h>
+#include <nserror.h>
+#include <urlmon.h>
+#include <vfwmsgs.h>
+#define PUBLIC_ROW(code, name, ...) {static_cast<std::uint32_t>(name), #name __VA_ARGS__},
+#else
+#define PUBLIC_ROW(code, name, ...) {code, #name __VA_ARGS__},
+#endif
+
 // In place of the trace log's own word.
 std::uint32_t TraceFlags = kTraceMaster;
 
@@ -18,10 +31,10 @@ struct Row {
     const char* text;
 };
 
-constexpr Row kNames[] = {
+const Row kNames[] = {
 #include "diag/ResultNames.inc"
 };
-constexpr Row kWinsock[] = {
+const Row kWinsock[] = {
 #include "diag/WinsockNames.inc"
 };
 

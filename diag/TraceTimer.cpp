@@ -42,7 +42,8 @@ void StartTraceTimer(TraceWriter& writer) {
         return;
     }
     // In the timer's own thread: one that had to be started for a callback would wait for the loader's lock, and an
-    // unloading module, which holds that lock, for the callback.
+    // unloading module, which holds that lock, for the callback. The price is that other timers of that thread
+    // wait for the file too.
     if (CreateTimerQueueTimer(&writer.timer, queue, &OnTimer, &writer, kPeriod, kPeriod, WT_EXECUTEINTIMERTHREAD)) {
         writer.timerOwner = &TraceFlags;
     } else {

@@ -1,10 +1,10 @@
 #include "server/ClassTable.h"
 
 #include "mft/MFTDeinterlace.h"
-#include "ui/AboutProperties.h"
-#include "ui/DeinterlaceProperties.h"
-#include "ui/DeinterlaceROIProperties.h"
-#include "ui/PageObject.h"
+#include "ui/pages/AboutProperties.h"
+#include "ui/pages/DeinterlaceProperties.h"
+#include "ui/pages/DeinterlaceROIProperties.h"
+#include "ui/pages/PageObject.h"
 
 #include "NMFVDeinterlaceKeys.h"
 

@@ -1,7 +1,7 @@
 // The about page: its labels and its link.
 #include "tests/ui/PageHost.h"
-#include "ui/AboutProperties.h"
-#include "ui/ResourceIds.h"
+#include "ui/pages/AboutProperties.h"
+#include "ui/resources/ResourceIds.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The page contract that all pages share.
 #include "tests/support/ComChecks.h"
 #include "tests/ui/SheetWindow.h"
-#include "ui/PageObject.h"
-#include "ui/ResourceIds.h"
+#include "ui/pages/PageObject.h"
+#include "ui/resources/ResourceIds.h"
 
 #include <cstring>
 #include <string>

@@ -1,7 +1,7 @@
 // The dialogs and hover texts in the module's resources: what is on them, and that everything fits at every size.
 #include "tests/ui/SheetWindow.h"
-#include "ui/HoverText.h"
-#include "ui/ResourceIds.h"
+#include "ui/pages/HoverText.h"
+#include "ui/resources/ResourceIds.h"
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 #include "tests/support/PrivateRegistry.h"
 #include "tests/ui/SheetWindow.h"
 #include "tests/ui/ShellLog.h"
-#include "ui/Help.h"
-#include "ui/HelpHook.h"
+#include "ui/help/Help.h"
+#include "ui/help/HelpHook.h"
 
 #include "NMFVDeinterlaceKeys.h"
 

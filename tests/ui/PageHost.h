@@ -7,8 +7,8 @@
 #include "tests/support/ComChecks.h"
 #include "tests/ui/SheetWindow.h"
 #include "tests/ui/ShellLog.h"
-#include "ui/PageObject.h"
-#include "ui/ResourceIds.h"
+#include "ui/pages/PageObject.h"
+#include "ui/resources/ResourceIds.h"
 
 #include <sstream>
 

@@ -2,8 +2,8 @@
 #include "diag/Trace.h"
 #include "tests/support/DebuggerTexts.h"
 #include "tests/ui/PageHost.h"
-#include "ui/DeinterlaceROIProperties.h"
-#include "ui/ResourceIds.h"
+#include "ui/pages/DeinterlaceROIProperties.h"
+#include "ui/resources/ResourceIds.h"
 
 #include <utility>
 

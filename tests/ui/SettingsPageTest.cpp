@@ -1,7 +1,7 @@
 // The settings page, driven by window messages.
 #include "tests/ui/PageHost.h"
-#include "ui/DeinterlaceProperties.h"
-#include "ui/ResourceIds.h"
+#include "ui/pages/DeinterlaceProperties.h"
+#include "ui/resources/ResourceIds.h"
 
 namespace {
 

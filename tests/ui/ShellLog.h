@@ -1,8 +1,8 @@
 // Stands in for what the pages open, so that no test opens a browser or waits in a box: everything is noted.
 #pragma once
 
-#include "ui/HtmlHelp.h"
-#include "ui/Shell.h"
+#include "ui/help/HtmlHelp.h"
+#include "ui/help/Shell.h"
 
 #include <string>
 #include <vector>

@@ -1,5 +1,5 @@
 // Names of help topics and the walk through a list of folders.
-#include "ui/HelpTopic.h"
+#include "ui/rules/HelpTopic.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Texts, limits and conversions of the property pages.
-#include "ui/EdgeCheck.h"
-#include "ui/SegmentText.h"
-#include "ui/SensitivityText.h"
+#include "ui/rules/EdgeCheck.h"
+#include "ui/rules/SegmentText.h"
+#include "ui/rules/SensitivityText.h"
 
 #include <gtest/gtest.h>
 

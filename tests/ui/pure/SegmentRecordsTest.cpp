@@ -1,5 +1,5 @@
 // The settings page's list of segments against a plain vector.
-#include "ui/SegmentRecords.h"
+#include "ui/rules/SegmentRecords.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // Which control of the settings page stands for which field.
 #pragma once
 
-#include "ui/pages/PageSettings.h"
+#include "ui/rules/PageSettings.h"
 #include "ui/resources/ResourceIds.h"
 
 struct BoxRow {
     int control;
-    VARIANT_BOOL PageSettings::*field;
+    bool PageSettings::*field;
 };
 
 inline constexpr BoxRow kBoxes[] = {

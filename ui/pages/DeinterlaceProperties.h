@@ -4,9 +4,10 @@
 #include "com/ComRef.h"
 #include "ui/pages/BasePropertyPage.h"
 #include "ui/pages/HoverText.h"
-#include "ui/pages/PageSettings.h"
 #include "ui/pages/SegmentListBox.h"
+#include "ui/pages/SettingsTransfer.h"
 #include "ui/resources/PublishedNames.h"
+#include "ui/rules/PageSettings.h"
 
 // Edits a copy of the settings and writes the whole of it to the object when the sheet applies. Knows the object as
 // INMFVDeinterlace only. User-interface thread only.

@@ -12,7 +12,7 @@ void CDeinterlaceProperties::Changed() {
 void CDeinterlaceProperties::OnBox(int control) {
     for (const BoxRow& row : kBoxes) {
         if (row.control == control) {
-            m_settings.*row.field = AutomationBool(IsChecked(m_hDialog, control));
+            m_settings.*row.field = IsChecked(m_hDialog, control);
         }
     }
     EnableControls();
@@ -25,7 +25,7 @@ void CDeinterlaceProperties::OnSensitivity(int control) {
 }
 
 void CDeinterlaceProperties::OnGlobalPreamble(int control) {
-    m_settings.globalPattern.deintPreamble = AutomationBool(control == IDC_GLOBAL_PREAMBLE_DEINTERLACE);
+    m_settings.globalPattern.deintPreamble = control == IDC_GLOBAL_PREAMBLE_DEINTERLACE;
     if (!Selected()) {
         FillSelection(); // a segment that is added now would have the new flag
     }
@@ -33,8 +33,7 @@ void CDeinterlaceProperties::OnGlobalPreamble(int control) {
 }
 
 void CDeinterlaceProperties::OnTimeFormat(int) {
-    const bool asTime = SendMessageA(m_timeFormat, CB_GETCURSEL, 0, 0) == 0;
-    m_settings.timeFormat = asTime ? SEGMENT_TIME_FORMAT_TIME : SEGMENT_TIME_FORMAT_FRAME;
+    m_settings.asTime = SendMessageA(m_timeFormat, CB_GETCURSEL, 0, 0) == 0;
     FillTimeFormat();
     FillSegments();
     SelectSegment(m_selected);

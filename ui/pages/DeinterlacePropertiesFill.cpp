@@ -26,7 +26,7 @@ void CDeinterlaceProperties::FillControls() {
 
 void CDeinterlaceProperties::FillBoxes() {
     for (const BoxRow& row : kBoxes) {
-        Check(m_hDialog, row.control, m_settings.*row.field != VARIANT_FALSE);
+        Check(m_hDialog, row.control, m_settings.*row.field);
     }
 }
 
@@ -37,8 +37,8 @@ void CDeinterlaceProperties::FillSensitivity() {
 
 void CDeinterlaceProperties::FillGlobalPattern() {
     const FramePattern& pattern = m_settings.globalPattern;
-    Check(m_hDialog, IDC_GLOBAL_PREAMBLE_DEINTERLACE, pattern.deintPreamble != 0);
-    Check(m_hDialog, IDC_GLOBAL_PREAMBLE_IGNORE, pattern.deintPreamble == 0);
+    Check(m_hDialog, IDC_GLOBAL_PREAMBLE_DEINTERLACE, pattern.deintPreamble);
+    Check(m_hDialog, IDC_GLOBAL_PREAMBLE_IGNORE, !pattern.deintPreamble);
     ShowUnsigned(m_hDialog, IDC_GLOBAL_PREAMBLE, pattern.preambleFrames);
     ShowUnsigned(m_hDialog, IDC_GLOBAL_NO_DEINTERLACE, pattern.ignoreFrames);
     ShowUnsigned(m_hDialog, IDC_GLOBAL_DEINTERLACE, pattern.deinterlaceFrames);
@@ -47,7 +47,7 @@ void CDeinterlaceProperties::FillGlobalPattern() {
 // Kept: the label's text is written when its format changes only; until then the dialog's own stands, which ends in a
 // blank. Test: LabelNamesTheFormat.
 void CDeinterlaceProperties::FillTimeFormat() {
-    const bool asTime = m_settings.AsTime();
+    const bool asTime = m_settings.asTime;
     SendMessageA(m_timeFormat, CB_SETCURSEL, asTime ? kTimeLine : kFrameLine, 0);
     if (asTime != m_labelledAsTime) {
         SetDlgItemTextA(m_hDialog, IDC_SEGMENT_START_LABEL,
@@ -57,7 +57,7 @@ void CDeinterlaceProperties::FillTimeFormat() {
 }
 
 void CDeinterlaceProperties::FillSegments() {
-    m_list.Fill(m_settings.segments, m_settings.AsTime());
+    m_list.Fill(m_settings.segments, m_settings.asTime);
 }
 
 // The controls below the list: the selected segment's values, or those that a segment added here would have.
@@ -71,14 +71,14 @@ void CDeinterlaceProperties::FillSelection() {
     for (const PatternRow& row : kSegmentPattern) {
         ShowUnsigned(m_hDialog, row.control, segment.pattern.*row.field);
     }
-    Check(m_hDialog, IDC_SEGMENT_PREAMBLE_DEINTERLACE, segment.pattern.deintPreamble != 0);
-    Check(m_hDialog, IDC_SEGMENT_PREAMBLE_IGNORE, segment.pattern.deintPreamble == 0);
+    Check(m_hDialog, IDC_SEGMENT_PREAMBLE_DEINTERLACE, segment.pattern.deintPreamble);
+    Check(m_hDialog, IDC_SEGMENT_PREAMBLE_IGNORE, !segment.pattern.deintPreamble);
     EnableControls();
 }
 
 // A start frame stands in the last of the four edits; the others are empty then.
 void CDeinterlaceProperties::FillStart(const PageSegment& segment) {
-    if (m_settings.AsTime()) {
+    if (m_settings.asTime) {
         for (const StartRow& row : kStartEdits) {
             ShowUnsigned(m_hDialog, row.control, segment.startTime.*row.field);
         }
@@ -92,17 +92,7 @@ void CDeinterlaceProperties::FillStart(const PageSegment& segment) {
 
 void CDeinterlaceProperties::EnableControls() {
     const PageSegment* const segment = Selected();
-    const EnablingState state = {m_settings.enabled != VARIANT_FALSE,
-                                 m_settings.reserved != VARIANT_FALSE,
-                                 m_settings.mergeFields != VARIANT_FALSE,
-                                 m_settings.automatic != VARIANT_FALSE,
-                                 m_settings.globalPatternEnabled != VARIANT_FALSE,
-                                 m_settings.AsTime(),
-                                 segment != nullptr,
-                                 segment && segment->operation == kOperationPattern,
-                                 segment && segment->index > 0,
-                                 segment && segment->next};
     for (const EnablingRule& rule : EnablingRules()) {
-        Enable(m_hDialog, rule.control, rule.allowed(state));
+        Enable(m_hDialog, rule.control, rule.allowed(m_settings, segment));
     }
 }

@@ -61,7 +61,7 @@ void CDeinterlaceProperties::OnInitDialog(HWND dialog) {
     m_timeFormat = GetDlgItem(dialog, IDC_TIME_FORMAT);
     SendMessageA(m_timeFormat, CB_INSERTSTRING, 0, reinterpret_cast<LPARAM>("TIME FORMAT"));
     SendMessageA(m_timeFormat, CB_INSERTSTRING, 1, reinterpret_cast<LPARAM>("FRAME FORMAT"));
-    SendMessageA(m_timeFormat, CB_SETCURSEL, m_settings.AsTime() ? 0 : 1, 0);
+    SendMessageA(m_timeFormat, CB_SETCURSEL, m_settings.asTime ? 0 : 1, 0);
     m_labelledAsTime = true;
     SendDlgItemMessageA(dialog, IDC_SENSITIVITY, EM_LIMITTEXT, kSensitivityTextLength, 0);
 }

@@ -21,7 +21,7 @@ void CDeinterlaceProperties::SelectSegment(int index) {
 
 // The selected segment was changed by an edit or a button of its own: its line follows, the edits stay.
 void CDeinterlaceProperties::ReplaceSegment() {
-    m_list.Replace(*Selected(), m_settings.AsTime());
+    m_list.Replace(*Selected(), m_settings.asTime);
     m_list.Select(m_selected);
     EnableControls();
     Changed();
@@ -37,7 +37,7 @@ void CDeinterlaceProperties::OnAddSegment(int) {
     if (!m_settings.segments.Insert(index, NewSegment())) {
         return; // no memory: nothing was changed
     }
-    m_list.Insert(*m_settings.segments.Find(index), m_settings.AsTime());
+    m_list.Insert(*m_settings.segments.Find(index), m_settings.asTime);
     SelectSegment(index);
     Changed();
 }
@@ -57,8 +57,8 @@ void CDeinterlaceProperties::OnMoveSegment(int control) {
     if (!m_settings.segments.ExchangeWithNext(first)) {
         return;
     }
-    m_list.Replace(*m_settings.segments.Find(first), m_settings.AsTime());
-    m_list.Replace(*m_settings.segments.Find(first + 1), m_settings.AsTime());
+    m_list.Replace(*m_settings.segments.Find(first), m_settings.asTime);
+    m_list.Replace(*m_settings.segments.Find(first + 1), m_settings.asTime);
     SelectSegment(up ? first : first + 1);
     Changed();
 }
@@ -78,7 +78,7 @@ void CDeinterlaceProperties::OnOperation(int control) {
 
 void CDeinterlaceProperties::OnSegmentPreamble(int control) {
     if (PageSegment* const segment = Selected()) {
-        segment->pattern.deintPreamble = AutomationBool(control == IDC_SEGMENT_PREAMBLE_DEINTERLACE);
+        segment->pattern.deintPreamble = control == IDC_SEGMENT_PREAMBLE_DEINTERLACE;
         ReplaceSegment();
     }
 }
@@ -99,7 +99,7 @@ void CDeinterlaceProperties::OnStart(int) {
     if (!segment) {
         return;
     }
-    if (m_settings.AsTime()) {
+    if (m_settings.asTime) {
         segment->startTime = ReadStartTime();
         segment->startFrame = FrameOfStartTime(segment->startTime, m_settings.frameRate);
     } else {

@@ -4,44 +4,45 @@
 
 namespace {
 
-using State = EnablingState;
+using Settings = PageSettings;
+using Selected = const PageSegment*;
 
-bool Deinterlaces(const State& s) {
+bool Deinterlaces(const Settings& s, Selected) {
     return s.enabled;
 }
-bool WithoutReserved(const State& s) {
+bool WithoutReserved(const Settings& s, Selected) {
     return s.enabled && !s.reserved;
 }
-bool RebuildsField(const State& s) {
+bool RebuildsField(const Settings& s, Selected) {
     return s.enabled && !s.reserved && !s.mergeFields;
 }
 // Kept: the reserved flag is never set, so this is never true. Test: EnablingFollowsTheBoxes.
-bool WithReserved(const State& s) {
+bool WithReserved(const Settings& s, Selected) {
     return s.enabled && s.reserved;
 }
-bool Detects(const State& s) {
+bool Detects(const Settings& s, Selected) {
     return s.enabled && s.automatic;
 }
-bool HasGlobalPattern(const State& s) {
-    return s.enabled && s.globalPattern && !s.reserved;
+bool HasGlobalPattern(const Settings& s, Selected) {
+    return s.enabled && s.globalPatternEnabled && !s.reserved;
 }
-bool HasSegment(const State& s) {
-    return s.segment;
+bool HasSegment(const Settings&, Selected segment) {
+    return segment != nullptr;
 }
-bool HasClock(const State& s) {
-    return s.segment && s.asTime;
+bool HasClock(const Settings& s, Selected segment) {
+    return segment && s.asTime;
 }
-bool MayHavePattern(const State& s) {
-    return s.segment && !s.reserved && s.enabled;
+bool MayHavePattern(const Settings& s, Selected segment) {
+    return segment && !s.reserved && s.enabled;
 }
-bool HasSegmentPattern(const State& s) {
-    return s.segment && s.pattern;
+bool HasSegmentPattern(const Settings&, Selected segment) {
+    return segment && segment->operation == kOperationPattern;
 }
-bool CanMoveUp(const State& s) {
-    return s.segment && s.hasPrevious;
+bool CanMoveUp(const Settings&, Selected segment) {
+    return segment && segment->index > 0;
 }
-bool CanMoveDown(const State& s) {
-    return s.segment && s.hasNext;
+bool CanMoveDown(const Settings&, Selected segment) {
+    return segment && segment->next != nullptr;
 }
 
 constexpr EnablingRule kRules[] = {

@@ -10,7 +10,7 @@ enum SegmentOperation : std::int32_t { kOperationNone = 0, kOperationAll = 1, kO
 
 // Frame counts of a pattern and whether its preamble is deinterlaced.
 struct FramePattern {
-    std::int32_t deintPreamble = -1; // -1 or 0
+    bool deintPreamble = true;
     std::uint32_t preambleFrames = 1;
     std::uint32_t ignoreFrames = 1;
     std::uint32_t deinterlaceFrames = 1;

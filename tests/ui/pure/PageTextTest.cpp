@@ -15,7 +15,7 @@ constexpr std::int64_t kMaxFrame = std::numeric_limits<std::int64_t>::max();
 
 TEST(PageText, ListEntries) {
     constexpr StartTime kTime{1, 2, 3, 4};
-    constexpr FramePattern kPattern{-1, 5, 6, 4294967295};
+    constexpr FramePattern kPattern{true, 5, 6, 4294967295};
     constexpr struct {
         std::int64_t frame;
         std::int32_t operation;

@@ -1,14 +1,16 @@
-#include "ui/pages/PageSettings.h"
+#include "ui/pages/SettingsTransfer.h"
+
+#include "ui/pages/ObjectFlags.h"
 
 namespace {
 
-struct FlagRow {
-    VARIANT_BOOL PageSettings::*field;
-    HRESULT (STDMETHODCALLTYPE INMFVDeinterlace::*get)(VARIANT_BOOL*);
-    HRESULT (STDMETHODCALLTYPE INMFVDeinterlace::*put)(VARIANT_BOOL);
-};
-
 using Object = INMFVDeinterlace;
+
+struct FlagRow {
+    bool PageSettings::*field;
+    FlagGetter get;
+    FlagSetter put;
+};
 
 // In the order of writing.
 constexpr FlagRow kFlags[] = {
@@ -19,60 +21,45 @@ constexpr FlagRow kFlags[] = {
     {&PageSettings::automatic, &Object::get_AutoDeinterlace, &Object::put_AutoDeinterlace},
 };
 
-// Some of the object's booleans are 1 when true.
-void Normalise(VARIANT_BOOL* value) {
-    *value = AutomationBool(*value != VARIANT_FALSE);
-}
-
-FramePattern PatternOf(LONG preamble, LONG ignore, LONG deinterlace, VARIANT_BOOL deintPreamble) {
-    return {AutomationBool(deintPreamble != VARIANT_FALSE), static_cast<std::uint32_t>(preamble),
-            static_cast<std::uint32_t>(ignore), static_cast<std::uint32_t>(deinterlace)};
-}
-
 void ReadFlags(INMFVDeinterlace* control, PageSettings* settings) {
     for (const FlagRow& row : kFlags) {
-        (control->*row.get)(&(settings->*row.field));
-        Normalise(&(settings->*row.field));
+        ReadFlag(control, row.get, &(settings->*row.field));
     }
-    settings->reserved = VARIANT_FALSE;
-    control->get_EnableGlobalPattern(&settings->globalPatternEnabled);
-    Normalise(&settings->globalPatternEnabled);
+    settings->reserved = false;
+    ReadFlag(control, &Object::get_EnableGlobalPattern, &settings->globalPatternEnabled);
 }
 
-void ReadGlobalPattern(INMFVDeinterlace* control, FramePattern* pattern) {
+// `get` asks the object for a pattern.
+template <typename Get>
+void ReadPattern(Get get, FramePattern* pattern) {
     LONG preamble = 0;
     LONG ignore = 0;
     LONG deinterlace = 0;
     VARIANT_BOOL deintPreamble = VARIANT_FALSE;
-    if (SUCCEEDED(control->GetGlobalPattern(&preamble, &ignore, &deinterlace, &deintPreamble))) {
-        *pattern = PatternOf(preamble, ignore, deinterlace, deintPreamble);
+    if (SUCCEEDED(get(&preamble, &ignore, &deinterlace, &deintPreamble))) {
+        *pattern = {deintPreamble != VARIANT_FALSE, static_cast<std::uint32_t>(preamble),
+                    static_cast<std::uint32_t>(ignore), static_cast<std::uint32_t>(deinterlace)};
     }
+}
+
+SEGMENT_TIME_FORMAT TimeFormat(const PageSettings& settings) {
+    return settings.asTime ? SEGMENT_TIME_FORMAT_TIME : SEGMENT_TIME_FORMAT_FRAME;
 }
 
 void ReadNumbers(INMFVDeinterlace* control, PageSettings* settings) {
     control->get_AutoDeinterlaceSensitivity(&settings->sensitivity);
     FormatSensitivity(settings->sensitivity, settings->sensitivityText);
-    SEGMENT_TIME_FORMAT format = settings->timeFormat;
+    SEGMENT_TIME_FORMAT format = TimeFormat(*settings);
     control->get_SegmentsTimeFormat(&format);
-    settings->timeFormat = format == SEGMENT_TIME_FORMAT_TIME ? format : SEGMENT_TIME_FORMAT_FRAME;
+    settings->asTime = format == SEGMENT_TIME_FORMAT_TIME;
     double rate = 0;
     if (SUCCEEDED(control->get_FrameRate(&rate)) && rate > 0) {
         settings->frameRate = rate;
     }
 }
 
-void ReadSegmentPattern(INMFVDeinterlace* control, LONG index, FramePattern* pattern) {
-    LONG preamble = 0;
-    LONG ignore = 0;
-    LONG deinterlace = 0;
-    VARIANT_BOOL deintPreamble = VARIANT_FALSE;
-    if (SUCCEEDED(control->GetSegmentPattern(index, &preamble, &ignore, &deinterlace, &deintPreamble))) {
-        *pattern = PatternOf(preamble, ignore, deinterlace, deintPreamble);
-    }
-}
-
 void ReadStart(INMFVDeinterlace* control, LONG index, const PageSettings& settings, PageSegment* segment) {
-    if (!settings.AsTime()) {
+    if (!settings.asTime) {
         hyper frame = 0;
         control->GetSegmentStartFrame(index, &frame);
         segment->startFrame = frame;
@@ -92,7 +79,7 @@ void ReadStart(INMFVDeinterlace* control, LONG index, const PageSettings& settin
 PageSegment ReadSegment(INMFVDeinterlace* control, LONG index, const PageSettings& settings) {
     PageSegment segment;
     ReadStart(control, index, settings, &segment);
-    ReadSegmentPattern(control, index, &segment.pattern);
+    ReadPattern([&](auto*... values) { return control->GetSegmentPattern(index, values...); }, &segment.pattern);
     LONG data = 0;
     control->GetSegmentData(index, &data);
     segment.segmentData = static_cast<std::uint32_t>(data);
@@ -115,10 +102,6 @@ HRESULT ReadSegments(INMFVDeinterlace* control, PageSettings* settings) {
     return S_OK;
 }
 
-VARIANT_BOOL PreambleFlag(const FramePattern& pattern) {
-    return AutomationBool(pattern.deintPreamble != 0);
-}
-
 void WriteStart(INMFVDeinterlace* control, const PageSegment& segment, bool asTime) {
     if (!asTime) {
         control->SetSegmentStartFrame(segment.index, segment.startFrame);
@@ -135,7 +118,7 @@ void WriteSegment(INMFVDeinterlace* control, const PageSegment& segment, bool as
     control->SetSegmentOperationMode(segment.index, static_cast<SEGMENT_OPERATION_MODE>(segment.operation));
     control->SetSegmentPattern(segment.index, static_cast<LONG>(pattern.preambleFrames),
                                static_cast<LONG>(pattern.ignoreFrames), static_cast<LONG>(pattern.deinterlaceFrames),
-                               PreambleFlag(pattern));
+                               AutomationBool(pattern.deintPreamble));
     control->SetSegmentData(segment.index, static_cast<LONG>(segment.segmentData));
     WriteStart(control, segment, asTime);
 }
@@ -152,23 +135,23 @@ void RemoveSegments(INMFVDeinterlace* control) {
 
 HRESULT ReadSettings(INMFVDeinterlace* control, PageSettings* settings) {
     ReadFlags(control, settings);
-    ReadGlobalPattern(control, &settings->globalPattern);
+    ReadPattern([&](auto*... values) { return control->GetGlobalPattern(values...); }, &settings->globalPattern);
     ReadNumbers(control, settings);
     return ReadSegments(control, settings);
 }
 
 void WriteSettings(INMFVDeinterlace* control, const PageSettings& settings) {
     for (const FlagRow& row : kFlags) {
-        (control->*row.put)(settings.*row.field);
+        (control->*row.put)(AutomationBool(settings.*row.field));
     }
     control->put_AutoDeinterlaceSensitivity(settings.sensitivity);
-    control->put_EnableGlobalPattern(settings.globalPatternEnabled);
+    control->put_EnableGlobalPattern(AutomationBool(settings.globalPatternEnabled));
     const FramePattern& pattern = settings.globalPattern;
     control->SetGlobalPattern(static_cast<LONG>(pattern.preambleFrames), static_cast<LONG>(pattern.ignoreFrames),
-                              static_cast<LONG>(pattern.deinterlaceFrames), PreambleFlag(pattern));
-    control->put_SegmentsTimeFormat(settings.timeFormat);
+                              static_cast<LONG>(pattern.deinterlaceFrames), AutomationBool(pattern.deintPreamble));
+    control->put_SegmentsTimeFormat(TimeFormat(settings));
     RemoveSegments(control);
     for (const PageSegment* segment = settings.segments.First(); segment; segment = segment->next) {
-        WriteSegment(control, *segment, settings.AsTime());
+        WriteSegment(control, *segment, settings.asTime);
     }
 }

@@ -1,14 +1,35 @@
-// Connecting, showing and applying.
 #include "ui/pages/DeinterlaceProperties.h"
 
-#include "ui/help/Help.h"
-#include "ui/help/HelpHook.h"
 #include "ui/help/Shell.h"
+#include "ui/pages/DialogControls.h"
+#include "ui/pages/ScopedFlag.h"
+#include "ui/pages/SettingsTransfer.h"
+#include "ui/resources/PublishedNames.h"
 #include "ui/resources/ResourceIds.h"
-#include "ui/rules/HelpTopic.h"
+
+namespace {
+
+struct BoxRow {
+    int control;
+    bool PageSettings::*field;
+};
+
+constexpr BoxRow kBoxes[] = {
+    {IDC_ENABLE_DEINTERLACE, &PageSettings::enabled},
+    {IDC_START_WITH_EVEN_LINES, &PageSettings::evenLines},
+    {IDC_MERGE_FIELDS, &PageSettings::mergeFields},
+    {IDC_START_WITH_EVEN_FRAME, &PageSettings::startWithEvenFrame},
+    {IDC_GLOBAL_PATTERN, &PageSettings::globalPatternEnabled},
+    {IDC_AUTO_DEINTERLACE, &PageSettings::automatic},
+};
+
+} // namespace
 
 CDeinterlaceProperties::CDeinterlaceProperties()
-    : CBasePropertyPage(IDS_TITLE_SETTINGS, IDD_SETTINGS) {}
+    : CTransformPage(IDS_TITLE_SETTINGS, IDD_SETTINGS,
+                     {&INMFVDeinterlace::get_DeinterlaceSettingsImportState,
+                      &INMFVDeinterlace::put_DeinterlaceSettingsImportState})
+    , m_segments(&m_settings, &m_updating) {}
 
 STDMETHODIMP CDeinterlaceProperties::Show(UINT command) {
     if (!m_hDialog) {
@@ -21,70 +42,12 @@ STDMETHODIMP CDeinterlaceProperties::Show(UINT command) {
     return S_OK;
 }
 
-STDMETHODIMP CDeinterlaceProperties::GetPageInfo(PROPPAGEINFO* info) {
-    const HRESULT hr = CBasePropertyPage::GetPageInfo(info);
-    if (SUCCEEDED(hr)) {
-        SetPageHelpInfo(info, m_displayName);
-    }
-    return hr;
-}
-
-STDMETHODIMP CDeinterlaceProperties::Help(LPCOLESTR) {
-    (void)ShowHelpTopic(m_displayName, kUserInterfaceTopic);
-    return S_OK;
-}
-
-HRESULT CDeinterlaceProperties::ConnectObject(IUnknown* object) {
-    if (FAILED(object->QueryInterface(IID_INMFVDeinterlace, m_control.PutVoid()))) {
-        return E_NOINTERFACE;
-    }
-    if (const HRESULT hr = ReadSettings(m_control.Get(), &m_settings); FAILED(hr)) {
-        m_control.Reset(); // half a list must not replace the object's
-        return hr;
-    }
-    m_applied = true;
-    m_ready = false;
-    return S_OK;
-}
-
-HRESULT CDeinterlaceProperties::DisconnectObject() {
-    if (!m_control) {
-        return E_UNEXPECTED;
-    }
-    m_control.Reset();
-    m_bDirty = FALSE;
-    return S_OK;
-}
-
-HRESULT CDeinterlaceProperties::ActivatePage() {
-    m_ready = false;
-    bool taken = false;
-    const HRESULT hr = TakeImport(&taken);
-    if (!taken && !m_applied && m_pSite) {
-        m_pSite->OnStatusChange(PROPPAGESTATUS_DIRTY);
-    }
-    FillControls();
-    (void)InstallHelpHook(m_hDialog, m_displayName, kUserInterfaceTopic); // the page works without help
-    m_ready = true;
-    return hr;
-}
-
-HRESULT CDeinterlaceProperties::DeactivatePage() {
-    m_ready = false;
-    m_selected = m_list.Selection();
-    m_list.Empty();
-    m_list.Attach(nullptr);
-    m_timeFormat = nullptr;
-    m_hover.Forget();
-    RemoveHelpHook(m_hDialog);
-    return S_OK;
+HRESULT CDeinterlaceProperties::Read(bool) {
+    return ReadSettings(m_control.Get(), &m_settings);
 }
 
 // Kept: the settings are not saved here, as they are when the ROI page applies. Test: ApplyOrder.
-HRESULT CDeinterlaceProperties::ApplyChanges() {
-    if (!m_control) {
-        return S_FALSE;
-    }
+HRESULT CDeinterlaceProperties::Write() {
     if (!ParseSensitivity(m_settings.sensitivityText, &m_settings.sensitivity)) {
         return RefuseSensitivity();
     }
@@ -95,38 +58,95 @@ HRESULT CDeinterlaceProperties::ApplyChanges() {
         return hr;
     }
     if (taken && m_hDialog) {
-        FillControls();
+        Fill();
     }
     WriteSettings(m_control.Get(), m_settings);
-    m_applied = true;
     return S_OK;
-}
-
-// The object's settings were changed by other means: reads them anew and tells the sheet that what it shows is stale.
-HRESULT CDeinterlaceProperties::TakeImport(bool* taken) {
-    VARIANT_BOOL imported = VARIANT_FALSE;
-    if (m_control) {
-        m_control->get_DeinterlaceSettingsImportState(&imported);
-    }
-    *taken = imported != VARIANT_FALSE;
-    if (!*taken) {
-        return S_OK;
-    }
-    if (m_pSite) {
-        m_pSite->OnStatusChange(PROPPAGESTATUS_VALIDATE);
-    }
-    const HRESULT hr = ReadSettings(m_control.Get(), &m_settings);
-    m_control->put_DeinterlaceSettingsImportState(VARIANT_FALSE);
-    return hr;
 }
 
 HRESULT CDeinterlaceProperties::RefuseSensitivity() {
     g_Shell.messageBox(m_hDialog, "The value you have entered is invalid. Please enter a value between 0.001 and 8.0",
-                       m_displayName, MB_OK | MB_ICONWARNING);
+                       NMFV_DISPLAY_NAME, MB_OK | MB_ICONWARNING);
     if (IsWindowVisible(m_hDialog)) {
         SendDlgItemMessageA(m_hDialog, IDC_SENSITIVITY, EM_SETSEL, 0, -1);
         SetFocus(GetDlgItem(m_hDialog, IDC_SENSITIVITY));
     }
     MarkDirty();
     return E_FAIL;
+}
+
+void CDeinterlaceProperties::AttachControls(HWND dialog) {
+    SendDlgItemMessageA(dialog, IDC_SENSITIVITY, EM_LIMITTEXT, kSensitivityTextLength, 0);
+    m_segments.Attach(dialog);
+}
+
+void CDeinterlaceProperties::DetachControls() {
+    m_segments.Detach();
+}
+
+void CDeinterlaceProperties::Fill() {
+    const ScopedFlag updating(m_updating);
+    for (const BoxRow& row : kBoxes) {
+        Check(m_hDialog, row.control, m_settings.*row.field);
+    }
+    FillSensitivity();
+    FillGlobalPattern();
+    m_segments.Fill();
+}
+
+void CDeinterlaceProperties::FillSensitivity() {
+    const ScopedFlag updating(m_updating);
+    SetDlgItemTextA(m_hDialog, IDC_SENSITIVITY, m_settings.sensitivityText);
+}
+
+void CDeinterlaceProperties::FillGlobalPattern() {
+    const FramePattern& pattern = m_settings.globalPattern;
+    Check(m_hDialog, IDC_GLOBAL_PREAMBLE_DEINTERLACE, pattern.deintPreamble);
+    Check(m_hDialog, IDC_GLOBAL_PREAMBLE_IGNORE, !pattern.deintPreamble);
+    ShowUnsigned(m_hDialog, IDC_GLOBAL_PREAMBLE, pattern.preambleFrames);
+    ShowUnsigned(m_hDialog, IDC_GLOBAL_NO_DEINTERLACE, pattern.ignoreFrames);
+    ShowUnsigned(m_hDialog, IDC_GLOBAL_DEINTERLACE, pattern.deinterlaceFrames);
+}
+
+// Kept: the edits of the global pattern's counts are missing. What is typed there is never read back, and apply writes
+// the counts that the object had. Test: GlobalCountsAreNotReadBack.
+CTransformPage::Outcome CDeinterlaceProperties::OnCommand(int control, int code) {
+    if (code == BN_CLICKED && OnBox(control)) {
+        return Outcome::kChanged;
+    }
+    if (code == EN_CHANGE && control == IDC_SENSITIVITY) {
+        OnSensitivity();
+        return Outcome::kChanged;
+    }
+    if (code == BN_CLICKED && (control == IDC_GLOBAL_PREAMBLE_DEINTERLACE || control == IDC_GLOBAL_PREAMBLE_IGNORE)) {
+        OnGlobalPreamble(control);
+        return Outcome::kChanged;
+    }
+    bool changed = false;
+    if (!m_segments.OnCommand(control, code, &changed)) {
+        return Outcome::kForeign;
+    }
+    return changed ? Outcome::kChanged : Outcome::kTaken;
+}
+
+bool CDeinterlaceProperties::OnBox(int control) {
+    for (const BoxRow& row : kBoxes) {
+        if (row.control == control) {
+            m_settings.*row.field = IsChecked(m_hDialog, control);
+            EnableByRules(m_hDialog, m_settings, m_segments.Selected());
+            return true;
+        }
+    }
+    return false;
+}
+
+void CDeinterlaceProperties::OnSensitivity() {
+    GetDlgItemTextA(m_hDialog, IDC_SENSITIVITY, m_settings.sensitivityText, sizeof(m_settings.sensitivityText));
+}
+
+void CDeinterlaceProperties::OnGlobalPreamble(int control) {
+    m_settings.globalPattern.deintPreamble = control == IDC_GLOBAL_PREAMBLE_DEINTERLACE;
+    if (!m_segments.Selected()) {
+        m_segments.FillSelection(); // a segment that is added now would have the new flag
+    }
 }

@@ -1,5 +1,7 @@
 #include "ui/pages/DialogControls.h"
 
+#include "ui/rules/EnablingRules.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -40,4 +42,10 @@ void Enable(HWND dialog, int control, bool enabled) {
         SendMessageA(dialog, WM_NEXTDLGCTL, 0, FALSE);
     }
     EnableWindow(window, enabled);
+}
+
+void EnableByRules(HWND dialog, const PageSettings& settings, const PageSegment* selected) {
+    for (const EnablingRule& rule : EnablingRules()) {
+        Enable(dialog, rule.control, rule.allowed(settings, selected));
+    }
 }

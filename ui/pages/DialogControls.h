@@ -1,6 +1,8 @@
 // Controls of a dialog by their ids. Text is bounded, and no call fails for a control that is missing.
 #pragma once
 
+#include "ui/rules/PageSettings.h"
+
 #include <cstdint>
 
 #include <windows.h>
@@ -20,3 +22,6 @@ void Check(HWND dialog, int control, bool checked);
 
 // A control that is about to be disabled hands the focus to the next one, so that the keyboard isn't lost.
 void Enable(HWND dialog, int control, bool enabled);
+
+// Enables and disables the settings page's controls by their rules. `selected` is null when no segment is selected.
+void EnableByRules(HWND dialog, const PageSettings& settings, const PageSegment* selected);

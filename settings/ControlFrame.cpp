@@ -4,11 +4,9 @@
 #include "settings/SettingsStore.h"
 
 #include "NMFVDeinterlaceKeys.h"
+#include "NMFVDeinterlaceLimits.h"
 
 namespace {
-
-constexpr double kLowestSensitivity = 0.001;
-constexpr double kHighestSensitivity = 8.0;
 
 template <typename Value>
 HRESULT Report(Value value, Value* out) {

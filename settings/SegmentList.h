@@ -1,7 +1,7 @@
 // The segments that a client describes a stream with. The transform keeps them; no frame path reads them.
 #pragma once
 
-#include "settings/SegmentTime.h"
+#include "settings/public/NMFVDeinterlaceLimits.h"
 
 #include <cstdint>
 

@@ -2,6 +2,7 @@
 
 #include "host/parts/HostError.h"
 #include "host/parts/Rational.h"
+#include "settings/public/NMFVDeinterlaceLimits.h"
 
 namespace host {
 
@@ -12,7 +13,6 @@ constexpr std::string_view kPatternForm = "PREAMBLE,UNTOUCHED,DEINTERLACED,on|of
 constexpr std::string_view kSegmentForm =
     "START,none|all|pattern with START a frame up to 107999999 or a time H:MM:SS.mmm up to 999:59:59.999, "
     "then perhaps a pattern P,N,D,on|off";
-constexpr std::uint64_t kLastSegmentFrame = 107999999;
 
 constexpr Word<SegmentMode> kSegmentModes[] = {
     {"none", SegmentMode::None}, {"all", SegmentMode::All}, {"pattern", SegmentMode::Pattern}};
@@ -106,7 +106,7 @@ Segment ParseSegment(std::string_view option, std::string_view value) {
         BadValue(option, value, kSegmentForm);
     }
     Segment segment;
-    if (const auto frame = ParseWhole(parts[0], kLastSegmentFrame)) {
+    if (const auto frame = ParseWhole(parts[0], kLastStartFrame)) {
         segment.frame = static_cast<std::int64_t>(*frame);
     } else if (!ReadTime(parts[0], segment)) {
         BadValue(option, value, kSegmentForm);

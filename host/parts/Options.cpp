@@ -2,6 +2,7 @@
 
 #include "host/parts/HostError.h"
 #include "host/parts/OptionValues.h"
+#include "settings/public/NMFVDeinterlaceLimits.h"
 
 namespace host {
 
@@ -31,7 +32,8 @@ void SetRaw(Options& options, std::string_view value) {
 
 void SetSensitivity(Options& options, std::string_view value) {
     options.sensitivity = ParseDecimal(value);
-    if (!options.sensitivity || *options.sensitivity < 0.001 || *options.sensitivity > 8.0) {
+    if (!options.sensitivity || *options.sensitivity < kLowestSensitivity ||
+        *options.sensitivity > kHighestSensitivity) {
         BadValue("--sensitivity", value, "a number from 0.001 to 8");
     }
 }

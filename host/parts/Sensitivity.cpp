@@ -1,5 +1,7 @@
 #include "host/parts/Sensitivity.h"
 
+#include "settings/public/NMFVDeinterlaceLimits.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -11,8 +13,6 @@ namespace {
 
 constexpr double kNoise = 0.005;
 constexpr double kClearFactor = 3;
-constexpr double kLeast = 0.001;
-constexpr double kMost = 8;
 
 std::vector<double> SortedRatios(std::span<const FrameScore> scores) {
     std::vector<double> ratios;
@@ -57,7 +57,7 @@ std::optional<Separation> FindSeparation(std::span<const FrameScore> scores) {
     const double below = ratios[widest - 1];
     const double above = ratios[widest];
     const double middle = std::sqrt(std::max(below, kNoise) * above);
-    const double sensitivity = TwoDigits(std::clamp(middle, kLeast, kMost));
+    const double sensitivity = TwoDigits(std::clamp(middle, kLowestSensitivity, kHighestSensitivity));
     if (sensitivity < below || sensitivity >= above) {
         return std::nullopt;
     }

@@ -8,14 +8,14 @@ namespace {
 
 struct StartRow {
     int control;
-    std::uint32_t StartTime::*field;
+    std::uint32_t SegmentTime::*field;
 };
 
 constexpr StartRow kStartEdits[] = {
-    {IDC_START_HOURS, &StartTime::hours},
-    {IDC_START_MINUTES, &StartTime::minutes},
-    {IDC_START_SECONDS, &StartTime::seconds},
-    {IDC_START_MILLISECONDS, &StartTime::milliSeconds},
+    {IDC_START_HOURS, &SegmentTime::hours},
+    {IDC_START_MINUTES, &SegmentTime::minutes},
+    {IDC_START_SECONDS, &SegmentTime::seconds},
+    {IDC_START_MILLISECONDS, &SegmentTime::milliSeconds},
 };
 
 struct PatternRow {
@@ -134,12 +134,12 @@ void CSegmentValues::OnStart(int, PageSegment* segment) {
 }
 
 // What is too large is corrected in its edit too.
-StartTime CSegmentValues::ReadStartTime() {
-    StartTime typed;
+SegmentTime CSegmentValues::ReadStartTime() {
+    SegmentTime typed;
     for (const StartRow& row : kStartEdits) {
         typed.*row.field = ReadUnsigned(m_dialog, row.control);
     }
-    const StartTime time = ClampStartTime(typed);
+    const SegmentTime time = ClampStartTime(typed);
     const ScopedFlag updating(*m_updating);
     for (const StartRow& row : kStartEdits) {
         if (typed.*row.field != time.*row.field) {

@@ -29,7 +29,7 @@ private:
     void OnPreamble(int control, PageSegment* segment);
 
     void FillStart(const PageSegment& segment);
-    StartTime ReadStartTime();
+    SegmentTime ReadStartTime();
     std::int64_t ReadStartFrame();
 
     const PageSettings* const m_settings;

@@ -107,7 +107,7 @@ void WriteStart(INMFVDeinterlace* control, const PageSegment& segment, bool asTi
         control->SetSegmentStartFrame(segment.index, segment.startFrame);
         return;
     }
-    const StartTime& time = segment.startTime;
+    const SegmentTime& time = segment.startTime;
     control->SetSegmentStartTime(segment.index, static_cast<LONG>(time.hours), static_cast<LONG>(time.minutes),
                                  static_cast<LONG>(time.seconds), static_cast<LONG>(time.milliSeconds));
 }

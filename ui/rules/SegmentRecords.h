@@ -17,7 +17,7 @@ struct FramePattern {
 };
 
 struct PageSegment {
-    StartTime startTime;
+    SegmentTime startTime;
     std::int32_t index = 0; // position in the list, from 0, without gaps
     std::int64_t startFrame = 0;
     std::uint32_t segmentData = 0; // the client's own: read, copied and written back

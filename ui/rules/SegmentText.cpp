@@ -20,7 +20,7 @@ int FormatStart(const PageSegment& segment, bool asTime, char (&text)[kSegmentTe
     if (!asTime) {
         return std::snprintf(text, sizeof(text), " %lld", static_cast<long long>(segment.startFrame));
     }
-    const StartTime& time = segment.startTime;
+    const SegmentTime& time = segment.startTime;
     return std::snprintf(text, sizeof(text), " %d : %d : %d . %d", static_cast<int>(time.hours),
                          static_cast<int>(time.minutes), static_cast<int>(time.seconds),
                          static_cast<int>(time.milliSeconds));

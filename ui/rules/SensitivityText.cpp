@@ -1,5 +1,7 @@
 #include "ui/rules/SensitivityText.h"
 
+#include "settings/public/NMFVDeinterlaceLimits.h"
+
 #include <cstdio>
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "settings/SegmentTime.h"
+#include "settings/public/NMFVDeinterlaceLimits.h"
 
 #include <gtest/gtest.h>
 

@@ -14,7 +14,7 @@ namespace {
 constexpr std::int64_t kMaxFrame = std::numeric_limits<std::int64_t>::max();
 
 TEST(PageText, ListEntries) {
-    constexpr StartTime kTime{1, 2, 3, 4};
+    constexpr SegmentTime kTime{1, 2, 3, 4};
     constexpr FramePattern kPattern{true, 5, 6, 4294967295};
     constexpr struct {
         std::int64_t frame;
@@ -68,7 +68,7 @@ TEST(PageText, Sensitivities) {
     EXPECT_EQ(std::size_t{kSensitivityTextLength}, std::string(text).size());
 }
 
-std::string Clock(const StartTime& time) {
+std::string Clock(const SegmentTime& time) {
     char text[64];
     std::snprintf(text, sizeof(text), "%u:%u:%u.%u", time.hours, time.minutes, time.seconds, time.milliSeconds);
     return text;
@@ -94,11 +94,11 @@ TEST(PageText, FramesAndTimesAgree) {
         {kMaxFrame, 1e-9, "999:59:59.999", 107'999'999},
     };
     for (const auto& c : kCases) {
-        const StartTime time = TimeOfStartFrame(c.frame, c.rate);
+        const SegmentTime time = TimeOfStartFrame(c.frame, c.rate);
         EXPECT_EQ(c.time, Clock(time)) << c.frame << " at " << c.rate;
         EXPECT_EQ(c.back, FrameOfStartTime(time, c.rate)) << c.frame << " at " << c.rate;
     }
-    EXPECT_EQ(kLastPageFrame, FrameOfStartTime(kLastStartTime, kInfinite));
+    EXPECT_EQ(kLastStartFrame, FrameOfStartTime(kLastStartTime, kInfinite));
 }
 
 TEST(PageText, Limits) {

@@ -62,14 +62,11 @@ bool CSegmentEditor::OnCommand(int control, int code, bool* changed) {
         }
     }
     PageSegment* const segment = Selected();
-    if (!m_values.OnCommand(control, code, segment)) {
-        return false;
-    }
-    *changed = segment != nullptr;
-    if (segment) {
+    *changed = segment && m_values.OnCommand(control, code, segment);
+    if (*changed) {
         ShowChanged(*segment);
     }
-    return true;
+    return *changed;
 }
 
 void CSegmentEditor::Fill() {

@@ -3,6 +3,10 @@
 #include "ui/pages/DialogControls.h"
 #include "ui/pages/ScopedFlag.h"
 #include "ui/resources/ResourceIds.h"
+#include "ui/rules/StartPoint.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -40,28 +44,12 @@ constexpr OperationRow kOperations[] = {
     {IDC_OPERATION_PATTERN, kOperationPattern},
 };
 
+template <typename Rows>
+bool Has(const Rows& rows, int control) {
+    return std::any_of(std::begin(rows), std::end(rows), [control](const auto& row) { return row.control == control; });
+}
+
 } // namespace
-
-struct CSegmentValues::Command {
-    int control;
-    int code;
-    void (CSegmentValues::*handler)(int control, PageSegment* segment);
-};
-
-const CSegmentValues::Command CSegmentValues::kCommands[] = {
-    {IDC_START_HOURS, EN_CHANGE, &CSegmentValues::OnStart},
-    {IDC_START_MINUTES, EN_CHANGE, &CSegmentValues::OnStart},
-    {IDC_START_SECONDS, EN_CHANGE, &CSegmentValues::OnStart},
-    {IDC_START_MILLISECONDS, EN_CHANGE, &CSegmentValues::OnStart},
-    {IDC_OPERATION_NO_DEINTERLACE, BN_CLICKED, &CSegmentValues::OnOperation},
-    {IDC_OPERATION_DEINTERLACE, BN_CLICKED, &CSegmentValues::OnOperation},
-    {IDC_OPERATION_PATTERN, BN_CLICKED, &CSegmentValues::OnOperation},
-    {IDC_SEGMENT_PREAMBLE, EN_CHANGE, &CSegmentValues::OnPattern},
-    {IDC_SEGMENT_NO_DEINTERLACE, EN_CHANGE, &CSegmentValues::OnPattern},
-    {IDC_SEGMENT_DEINTERLACE, EN_CHANGE, &CSegmentValues::OnPattern},
-    {IDC_SEGMENT_PREAMBLE_DEINTERLACE, BN_CLICKED, &CSegmentValues::OnPreamble},
-    {IDC_SEGMENT_PREAMBLE_IGNORE, BN_CLICKED, &CSegmentValues::OnPreamble},
-};
 
 CSegmentValues::CSegmentValues(const PageSettings* settings, bool* updating)
     : m_settings(settings)
@@ -94,36 +82,41 @@ void CSegmentValues::FillStart(const PageSegment& segment) {
 }
 
 bool CSegmentValues::OnCommand(int control, int code, PageSegment* segment) {
-    for (const Command& command : kCommands) {
-        if (command.control == control && command.code == code) {
-            if (segment) {
-                (this->*command.handler)(control, segment);
-            }
-            return true;
+    if (code == EN_CHANGE) {
+        return OnEdit(control, segment);
+    }
+    return code == BN_CLICKED && OnButton(control, segment);
+}
+
+bool CSegmentValues::OnEdit(int control, PageSegment* segment) {
+    if (Has(kStartEdits, control)) {
+        ReadStart(segment);
+        return true;
+    }
+    if (Has(kPatternEdits, control)) {
+        for (const PatternRow& row : kPatternEdits) {
+            segment->pattern.*row.field = ReadUnsigned(m_dialog, row.control);
         }
+        return true;
     }
     return false;
 }
 
-void CSegmentValues::OnOperation(int control, PageSegment* segment) {
+bool CSegmentValues::OnButton(int control, PageSegment* segment) {
     for (const OperationRow& row : kOperations) {
         if (row.control == control) {
             segment->operation = row.operation;
+            return true;
         }
     }
-}
-
-void CSegmentValues::OnPreamble(int control, PageSegment* segment) {
-    segment->pattern.deintPreamble = control == IDC_SEGMENT_PREAMBLE_DEINTERLACE;
-}
-
-void CSegmentValues::OnPattern(int, PageSegment* segment) {
-    for (const PatternRow& row : kPatternEdits) {
-        segment->pattern.*row.field = ReadUnsigned(m_dialog, row.control);
+    if (control == IDC_SEGMENT_PREAMBLE_DEINTERLACE || control == IDC_SEGMENT_PREAMBLE_IGNORE) {
+        segment->pattern.deintPreamble = control == IDC_SEGMENT_PREAMBLE_DEINTERLACE;
+        return true;
     }
+    return false;
 }
 
-void CSegmentValues::OnStart(int, PageSegment* segment) {
+void CSegmentValues::ReadStart(PageSegment* segment) {
     if (m_settings->asTime) {
         segment->startTime = ReadStartTime();
         segment->startFrame = FrameOfStartTime(segment->startTime, m_settings->frameRate);

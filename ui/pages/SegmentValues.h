@@ -15,20 +15,14 @@ public:
 
     void Fill(const PageSegment& segment);
 
-    // A click or a change by hand, taken over into `segment` if there is one. False when the notification is of other
-    // controls.
+    // Takes a click or a change by hand over into `segment`. False when the notification is of other controls.
     bool OnCommand(int control, int code, PageSegment* segment);
 
 private:
-    struct Command;
-    static const Command kCommands[];
-
-    void OnStart(int control, PageSegment* segment);
-    void OnOperation(int control, PageSegment* segment);
-    void OnPattern(int control, PageSegment* segment);
-    void OnPreamble(int control, PageSegment* segment);
-
+    bool OnEdit(int control, PageSegment* segment);
+    bool OnButton(int control, PageSegment* segment);
     void FillStart(const PageSegment& segment);
+    void ReadStart(PageSegment* segment);
     SegmentTime ReadStartTime();
     std::int64_t ReadStartFrame();
 

@@ -125,16 +125,6 @@ protected:
         EXPECT_EQ(TRUE, procedure(Dialog(), WM_SETCURSOR, reinterpret_cast<WPARAM>(window), HTCLIENT));
         return Text(IDC_DESCRIPTION);
     }
-    // One that has the handle of a control of the dialog before.
-    std::string DescribeAgain(int control) {
-        const HWND window = Control(control);
-        Describe(window);
-        SetParent(window, nullptr);
-        EXPECT_HR(S_OK, m_page->Deactivate());
-        Activate();
-        SetParent(window, Dialog());
-        return Describe(window);
-    }
     bool Dirty() { return m_page->IsPageDirty() == S_OK; }
 
     ShellLog m_log;

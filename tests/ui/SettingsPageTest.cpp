@@ -26,6 +26,16 @@ protected:
         }
         return lines;
     }
+    // What is said of a window that has the handle of a control of the dialog before.
+    std::string DescribeAgain(int control) {
+        const HWND window = Control(control);
+        Describe(window);
+        SetParent(window, nullptr);
+        EXPECT_HR(S_OK, m_page->Deactivate());
+        Activate();
+        SetParent(window, Dialog());
+        return Describe(window);
+    }
     int Line() { return static_cast<int>(Send(IDC_SEGMENTS, LB_GETCURSEL)); }
 };
 
@@ -215,14 +225,11 @@ TEST_F(SettingsPage, GlobalCountsAreNotReadBack) {
 
 TEST_F(SettingsPage, ShowFillsAgain) {
     Open();
-    constexpr struct {
-        UINT command;
-        bool fills;
-    } kCases[] = {{SW_HIDE, false}, {SW_MINIMIZE, false}, {SW_SHOWNOACTIVATE, true}, {SW_SHOW, true}, {77, true}};
-    for (const auto& c : kCases) {
+    for (const int command : {SW_HIDE, SW_MINIMIZE, SW_SHOWNOACTIVATE, SW_SHOW, 77}) {
         Type(IDC_GLOBAL_PREAMBLE, "9");
-        EXPECT_HR(S_OK, m_page->Show(c.command));
-        EXPECT_EQ(c.fills ? "0" : "9", Text(IDC_GLOBAL_PREAMBLE)) << c.command;
+        EXPECT_HR(S_OK, m_page->Show(static_cast<UINT>(command)));
+        const bool fills = command != SW_HIDE && command != SW_MINIMIZE;
+        EXPECT_EQ(fills ? "0" : "9", Text(IDC_GLOBAL_PREAMBLE)) << command;
     }
     EXPECT_HR(S_OK, m_page->Deactivate());
     EXPECT_HR(S_OK, m_page->Show(SW_SHOW));

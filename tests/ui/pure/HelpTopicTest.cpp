@@ -21,7 +21,6 @@ const NameRow kNames[] = {
     {"Nerin MF Video Deinterlace Transform", true,
      "https://help.test/v23/multimedia/transforms/NerinMFVideoDeinterlaceTransform.html",
      "f::/Filters/NerinMFVideoDeinterlaceTransform_UI.htm"},
-    {" MF", true, "https://help.test/v23/multimedia/transforms/MF.html", "f::/Filters/MF_UI.htm"},
     {"MF Grabber", false, "https://help.test/v23/multimedia/filters/MFGrabber.html", "f::/Filters/MFGrabber_UI.htm"},
 };
 

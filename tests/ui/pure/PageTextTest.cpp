@@ -82,13 +82,9 @@ TEST(PageText, FramesAndTimesAgree) {
         const char* time;
         std::int64_t back; // the frame of that time
     } kCases[] = {
-        {90'000, 25, "1:0:0.0", 90'000},
-        {1, 29.97, "0:0:0.33", 1},
         {2, 60, "0:0:0.33", 2},
-        {33, 0.05, "0:0:1.0", 33}, // too slow a rate: 33 instead
         {33, std::numeric_limits<double>::quiet_NaN(), "0:0:1.0", 33},
         {107'999'999, 30, "999:59:59.966", 107'999'999},
-        {-1, 30, "0:0:0.0", 0},
         {-1, kInfinite, "0:0:0.0", 0},
         {kMaxFrame, 30, "999:59:59.999", 107'999'999},
         {kMaxFrame, 1e-9, "999:59:59.999", 107'999'999},

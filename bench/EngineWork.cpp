@@ -1,7 +1,7 @@
 #include "bench/EngineWork.h"
 
-#include "engine/FramePass.h"
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/FramePass.h"
+#include "engine/detector/InterlaceDetector.h"
 
 void DoWork(const FrameWork& work, const FrameSet& frames, std::size_t index, Stores stores) {
     const FrameFormat& format = frames.Format();

@@ -3,7 +3,7 @@
 
 #include "bench/Frames.h"
 #include "bench/Works.h"
-#include "engine/Stores.h"
+#include "engine/pixels/Stores.h"
 
 // The frame driver's steps on the set's frame `index`, with the stores chosen here.
 void DoWork(const FrameWork& work, const FrameSet& frames, std::size_t index, Stores stores);

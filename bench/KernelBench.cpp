@@ -1,7 +1,7 @@
 // The row kernels of every level, on rows that stay in the first-level cache.
 #include "bench/Table.h"
-#include "engine/CarriedRows.h"
-#include "engine/RowKernels.h"
+#include "engine/kernels/CarriedRows.h"
+#include "engine/kernels/RowKernels.h"
 
 #include <benchmark/benchmark.h>
 

@@ -4,7 +4,7 @@
 
 #include "bench/Table.h"
 #include "bench/Works.h"
-#include "engine/Stores.h"
+#include "engine/pixels/Stores.h"
 #include "tests/support/Media.h"
 #include "tests/support/Module.h"
 #include "tests/support/PrivateRegistry.h"

@@ -1,8 +1,8 @@
 #include "engine/DeinterlaceFilter.h"
 
 #include "diag/Trace.h"
-#include "engine/FramePass.h"
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/FramePass.h"
+#include "engine/detector/InterlaceDetector.h"
 #include "settings/SettingsBlob.h"
 #include "settings/SettingsStore.h"
 

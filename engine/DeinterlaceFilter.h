@@ -1,12 +1,12 @@
 // The frame driver: one input frame's pixels to one output frame's pixels, as the settings say at that moment.
 #pragma once
 
-#include "engine/AutoHold.h"
-#include "engine/CombSearch.h"
+#include "engine/detector/AutoHold.h"
+#include "engine/detector/CombSearch.h"
 #include "engine/FrameBuffer.h"
-#include "engine/FrameOutput.h"
+#include "engine/pixels/FrameOutput.h"
 #include "engine/FrameSettings.h"
-#include "engine/GrayPalette.h"
+#include "engine/pixels/GrayPalette.h"
 #include "engine/NerinCommon.h"
 #include "settings/DeinterlaceControl.h"
 

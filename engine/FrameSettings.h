@@ -2,8 +2,8 @@
 // a frame's work disagree; only where the order or a second reading is the contract does a function here say so.
 #pragma once
 
-#include "engine/FrameRegion.h"
-#include "engine/ProtectedArea.h"
+#include "engine/pixels/FrameRegion.h"
+#include "engine/pixels/ProtectedArea.h"
 
 #include <mfobjects.h>
 

@@ -1,6 +1,6 @@
 #include "engine/VideoFormatCheck.h"
 
-#include "engine/GrayPalette.h"
+#include "engine/pixels/GrayPalette.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "mft/StreamFormatReader.h"
 
-#include "engine/FrameShape.h"
+#include "engine/pixels/FrameShape.h"
 #include "mft/LegacyFormat.h"
 
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "host/parts/PixelFormat.h"
 
-#include "engine/FrameShape.h"
+#include "engine/pixels/FrameShape.h"
 
 #include <cstring>
 

@@ -1,6 +1,6 @@
 #include "host/parts/Still.h"
 
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/InterlaceDetector.h"
 #include "host/parts/FrameSource.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "host/win/Verbs.h"
 
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/InterlaceDetector.h"
 #include "host/parts/Sensitivity.h"
 #include "host/win/Console.h"
 #include "host/win/Input.h"

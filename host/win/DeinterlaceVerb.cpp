@@ -1,7 +1,7 @@
 #include "host/win/Verbs.h"
 
-#include "engine/AutoHold.h"
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/AutoHold.h"
+#include "engine/detector/InterlaceDetector.h"
 #include "host/parts/FrameSink.h"
 #include "host/parts/HostError.h"
 #include "host/parts/ProgressText.h"

@@ -1,7 +1,7 @@
 // The combing detector against the four-row rule written out, and the hold that follows it.
-#include "engine/AutoHold.h"
-#include "engine/FrameShape.h"
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/AutoHold.h"
+#include "engine/pixels/FrameShape.h"
+#include "engine/detector/InterlaceDetector.h"
 #include "tests/support/GuardedBlocks.h"
 #include "tests/support/RandomBytes.h"
 

@@ -1,6 +1,6 @@
 // Sizes of frames in memory, and colour tables.
-#include "engine/FrameShape.h"
-#include "engine/GrayPalette.h"
+#include "engine/pixels/FrameShape.h"
+#include "engine/pixels/GrayPalette.h"
 
 #include <gtest/gtest.h>
 

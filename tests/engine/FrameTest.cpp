@@ -1,9 +1,9 @@
 // Whole frames and regions: the engine's placing and line driver together, as the frame driver joins them, against the
 // rules written out.
-#include "engine/FramePass.h"
-#include "engine/FrameRegion.h"
-#include "engine/InterlaceDetector.h"
-#include "engine/RowBlends.h"
+#include "engine/detector/FramePass.h"
+#include "engine/pixels/FrameRegion.h"
+#include "engine/detector/InterlaceDetector.h"
+#include "engine/pixels/RowBlends.h"
 #include "tests/support/GuardedBlocks.h"
 #include "tests/support/OraclePixels.h"
 #include "tests/support/RandomBytes.h"

@@ -1,7 +1,7 @@
 // Compares the row kernels of a variant with the reference.
 #pragma once
 
-#include "engine/RowKernels.h"
+#include "engine/kernels/RowKernels.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 // Row kernels written from their description, and what tests break in them.
 #pragma once
 
-#include "engine/RowKernels.h"
+#include "engine/kernels/RowKernels.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,5 +1,5 @@
 // Putting the protected area back: an odd walk over the frame's rows, kept as it is, that never leaves the frame.
-#include "engine/ProtectedArea.h"
+#include "engine/pixels/ProtectedArea.h"
 #include "tests/support/GuardedBlocks.h"
 #include "tests/support/RandomBytes.h"
 

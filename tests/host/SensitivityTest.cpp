@@ -1,4 +1,4 @@
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/InterlaceDetector.h"
 #include "host/parts/Sensitivity.h"
 
 #include <gtest/gtest.h>

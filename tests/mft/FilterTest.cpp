@@ -1,6 +1,6 @@
 // The frame driver with real settings: what it reads, when it deinterlaces, and that it stays within the frames.
 #include "engine/DeinterlaceFilter.h"
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/InterlaceDetector.h"
 #include "settings/SettingsDefaults.h"
 #include "tests/support/CallHook.h"
 #include "tests/support/ComChecks.h"

@@ -1,7 +1,7 @@
 // Clips through the shipped DLL, as a pipeline sends them, against the rules written out.
-#include "engine/AutoHold.h"
-#include "engine/FrameShape.h"
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/AutoHold.h"
+#include "engine/pixels/FrameShape.h"
+#include "engine/detector/InterlaceDetector.h"
 #include "tests/support/CallHook.h"
 #include "tests/support/ComChecks.h"
 #include "tests/support/GuardedBlocks.h"

@@ -1,6 +1,6 @@
-#include "engine/CombSearch.h"
+#include "engine/detector/CombSearch.h"
 
-#include "engine/CombTrios.h"
+#include "engine/kernels/CombTrios.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "engine/GrayPalette.h"
+#include "engine/pixels/GrayPalette.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 // The reference: simple enough to trust.
-#include "engine/RowKernelVariants.h"
+#include "engine/kernels/RowKernelVariants.h"
 
-#include "engine/CombTrios.h"
+#include "engine/kernels/CombTrios.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,9 @@
 // The search for combed positions in one frame, a few rows at a time, for as long as the verdict is open.
 #pragma once
 
-#include "engine/FrameShape.h"
-#include "engine/GrayPalette.h"
-#include "engine/RowKernels.h"
+#include "engine/pixels/FrameShape.h"
+#include "engine/pixels/GrayPalette.h"
+#include "engine/kernels/RowKernels.h"
 
 #include <cstdint>
 

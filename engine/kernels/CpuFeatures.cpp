@@ -1,4 +1,4 @@
-#include "engine/CpuFeatures.h"
+#include "engine/kernels/CpuFeatures.h"
 
 #include <algorithm>
 #include <cstdint>

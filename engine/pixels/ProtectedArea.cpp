@@ -1,4 +1,4 @@
-#include "engine/ProtectedArea.h"
+#include "engine/pixels/ProtectedArea.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "engine/FramePass.h"
+#include "engine/detector/FramePass.h"
 
 #include <algorithm>
 

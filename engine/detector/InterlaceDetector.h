@@ -2,7 +2,7 @@
 // moments, and whether that is enough to call the frame interlaced.
 #pragma once
 
-#include "engine/GrayPalette.h"
+#include "engine/pixels/GrayPalette.h"
 
 #include <cstdint>
 

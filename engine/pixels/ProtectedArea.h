@@ -1,7 +1,7 @@
 // Putting back the protected area from a saved copy of the input.
 #pragma once
 
-#include "engine/FrameShape.h"
+#include "engine/pixels/FrameShape.h"
 
 // In memory rows; right and bottom are exclusive. Any numbers.
 struct RowRectangle {

@@ -1,8 +1,8 @@
 // A whole frame at once: the quickest order of reading, deciding and writing that gives the result of the plain one.
 #pragma once
 
-#include "engine/CombSearch.h"
-#include "engine/FrameOutput.h"
+#include "engine/detector/CombSearch.h"
+#include "engine/pixels/FrameOutput.h"
 
 // Writes the output frame. The frames may overlap, or be one.
 void WriteFrame(const FramePair& frames, const FramePlan& plan, Stores stores);

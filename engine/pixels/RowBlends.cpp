@@ -1,6 +1,6 @@
-#include "engine/RowBlends.h"
+#include "engine/pixels/RowBlends.h"
 
-#include "engine/RowKernels.h"
+#include "engine/kernels/RowKernels.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Row kernels for processors with AVX2. This file is compiled for them, so it holds nothing but the kernels and
 // helpers of its own: an inline function shared with other files might reach the whole module in its AVX2 form.
-#include "engine/RowKernelVariants.h"
+#include "engine/kernels/RowKernelVariants.h"
 
-#include "engine/CombTrios.h"
-#include "engine/RowLoops.h"
+#include "engine/kernels/CombTrios.h"
+#include "engine/kernels/RowLoops.h"
 
 #include <immintrin.h>
 

@@ -1,10 +1,10 @@
 // The output frame: what each of its rows holds, and how its bytes get there.
 #pragma once
 
-#include "engine/CarriedRows.h"
-#include "engine/FrameRegion.h"
-#include "engine/RowKernels.h"
-#include "engine/Stores.h"
+#include "engine/kernels/CarriedRows.h"
+#include "engine/pixels/FrameRegion.h"
+#include "engine/kernels/RowKernels.h"
+#include "engine/pixels/Stores.h"
 
 // What an output frame is made of.
 struct FramePlan {

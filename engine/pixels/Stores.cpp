@@ -1,6 +1,6 @@
-#include "engine/Stores.h"
+#include "engine/pixels/Stores.h"
 
-#include "engine/CpuFeatures.h"
+#include "engine/kernels/CpuFeatures.h"
 
 namespace {
 

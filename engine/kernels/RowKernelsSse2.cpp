@@ -1,8 +1,8 @@
 // Row kernels for every x64 processor.
-#include "engine/RowKernelVariants.h"
+#include "engine/kernels/RowKernelVariants.h"
 
-#include "engine/CombTrios.h"
-#include "engine/RowLoops.h"
+#include "engine/kernels/CombTrios.h"
+#include "engine/kernels/RowLoops.h"
 
 #include <bit>
 

@@ -8,7 +8,7 @@
 #pragma once
 
 #include "com/Compiler.h"
-#include "engine/RowKernels.h"
+#include "engine/kernels/RowKernels.h"
 
 // One block that has large steps `here` in pair p: how many of them stand in trios. Apart from the loop over blocks,
 // whose registers it would otherwise take: that loop would then go through the stack in each turn.

@@ -1,4 +1,4 @@
-#include "engine/FrameRegion.h"
+#include "engine/pixels/FrameRegion.h"
 
 #include <algorithm>
 

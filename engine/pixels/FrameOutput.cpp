@@ -1,6 +1,6 @@
-#include "engine/FrameOutput.h"
+#include "engine/pixels/FrameOutput.h"
 
-#include "engine/DeinterlaceLines.h"
+#include "engine/pixels/DeinterlaceLines.h"
 
 #include <algorithm>
 #include <cstring>

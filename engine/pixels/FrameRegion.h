@@ -1,7 +1,7 @@
 // Where the region of interest lies in a frame's memory.
 #pragma once
 
-#include "engine/FrameShape.h"
+#include "engine/pixels/FrameShape.h"
 
 // Edges in pixels and rows of the picture, from its top left; right and bottom are exclusive. Any numbers.
 struct Region {

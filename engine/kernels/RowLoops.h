@@ -13,7 +13,7 @@
 // Instantiate this with types of an unnamed namespace only, as CombTrios.h, and call nothing else that is shared.
 #pragma once
 
-#include "engine/RowKernelVariants.h"
+#include "engine/kernels/RowKernelVariants.h"
 
 #include <type_traits>
 

@@ -1,4 +1,4 @@
-#include "engine/AutoHold.h"
+#include "engine/detector/AutoHold.h"
 
 #include <algorithm>
 

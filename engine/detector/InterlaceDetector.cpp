@@ -1,7 +1,7 @@
-#include "engine/InterlaceDetector.h"
+#include "engine/detector/InterlaceDetector.h"
 
-#include "engine/CombSearch.h"
-#include "engine/FrameShape.h"
+#include "engine/detector/CombSearch.h"
+#include "engine/pixels/FrameShape.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The row kernels by instruction set, for the table in RowKernels.cpp and for the vector variants' tails.
 #pragma once
 
-#include "engine/RowKernels.h"
+#include "engine/kernels/RowKernels.h"
 
 // `stores` is Cached or Streamed.
 #define NMFV_DECLARE_ROW_WRITERS(stores, variant)                                                                      \

@@ -1,7 +1,7 @@
-#include "engine/RowKernels.h"
+#include "engine/kernels/RowKernels.h"
 
-#include "engine/CpuFeatures.h"
-#include "engine/RowKernelVariants.h"
+#include "engine/kernels/CpuFeatures.h"
+#include "engine/kernels/RowKernelVariants.h"
 
 #if defined(NMFV_CPU_OVERRIDE)
 #include <cstdlib>

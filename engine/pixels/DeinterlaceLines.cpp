@@ -1,7 +1,7 @@
-#include "engine/DeinterlaceLines.h"
+#include "engine/pixels/DeinterlaceLines.h"
 
-#include "engine/FrameShape.h"
-#include "engine/RowBlends.h"
+#include "engine/pixels/FrameShape.h"
+#include "engine/pixels/RowBlends.h"
 
 #include <cstddef>
 #include <cstring>

@@ -1,0 +1,16 @@
+# Fails when a file in FOLDERS (separated by spaces) includes a header in angle brackets that ends in .h: the platform's
+# do, the standard library's don't. Those of the compiler that name the processor's instructions may stay.
+separate_arguments(folders UNIX_COMMAND "${FOLDERS}")
+foreach(folder ${folders})
+  file(GLOB_RECURSE files ${folder}/*.cpp ${folder}/*.h)
+  if(NOT files)
+    message(FATAL_ERROR "${folder} has no sources")
+  endif()
+  foreach(file ${files})
+    file(STRINGS ${file} includes REGEX "^ *# *include *<.*\\.h>")
+    list(FILTER includes EXCLUDE REGEX "<(cpuid|emmintrin|immintrin|intrin)\\.h>")
+    if(includes)
+      message(SEND_ERROR "${file}: ${includes}")
+    endif()
+  endforeach()
+endforeach()

@@ -1,7 +1,9 @@
 #include "bench/EngineWork.h"
 
-#include "engine/detector/FramePass.h"
+#include "engine/detector/AutomaticFrame.h"
 #include "engine/detector/InterlaceDetector.h"
+
+constexpr std::int32_t kHold = 150; // frames
 
 void DoWork(const FrameWork& work, const FrameSet& frames, std::size_t index, Stores stores) {
     const FrameFormat& format = frames.Format();
@@ -13,8 +15,7 @@ void DoWork(const FrameWork& work, const FrameSet& frames, std::size_t index, St
     }
     const CombSearch search(pair.input, shape, FrameComber(shape.width, shape.bits, nullptr),
                             InterlaceThreshold(shape.width, shape.height, 1.0));
-    if (DetectAndWriteFrame(pair, search, work.holdRuns ? plan : FramePlan{}, work.holdRuns, stores) &&
-        !work.holdRuns) {
-        WriteFrame(pair, plan, stores);
-    }
+    std::int32_t hold = work.holdRuns ? kHold : 0;
+    WriteAutomaticFrame(
+        pair, search, [&] { return plan; }, stores, kHold, hold);
 }

@@ -1,7 +1,7 @@
 #include "engine/DeinterlaceFilter.h"
 
 #include "diag/Trace.h"
-#include "engine/detector/FramePass.h"
+#include "engine/detector/AutomaticFrame.h"
 #include "engine/detector/InterlaceDetector.h"
 #include "settings/SettingsBlob.h"
 #include "settings/SettingsStore.h"
@@ -89,16 +89,9 @@ void CDeinterlaceFilter::DeinterlaceFrame(const FramePair& frames, FlagReader re
     }
 }
 
-// What comes out is that of the plain order: ShouldDeinterlace, then WriteFrame as it answers. But the output is
-// written while the detector has the frame in the cache, as the hold makes likely.
 void CDeinterlaceFilter::DeinterlaceAutomatically(const FramePair& frames, FlagReader readFlags, Stores stores) {
-    const CombSearch search = SearchFor(frames.input);
-    const bool decided = HoldDecides(m_lAutoHoldCounter);
-    const FramePlan likely = decided ? ReadPlan(frames.shape, readFlags) : kPassThrough;
-    const bool interlaced = DetectAndWriteFrame(frames, search, likely, decided, stores);
-    if (AdvanceHold(interlaced, m_lAutoHoldFrames, m_lAutoHoldCounter) && !decided) {
-        WriteFrame(frames, ReadPlan(frames.shape, readFlags), stores);
-    }
+    const auto readPlan = [&] { return ReadPlan(frames.shape, readFlags); };
+    WriteAutomaticFrame(frames, SearchFor(frames.input), readPlan, stores, m_lAutoHoldFrames, m_lAutoHoldCounter);
 }
 
 bool CDeinterlaceFilter::ShouldDeinterlace(const BYTE* frame) {

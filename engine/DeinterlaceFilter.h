@@ -1,14 +1,16 @@
 // The frame driver: one input frame's pixels to one output frame's pixels, as the settings say at that moment.
 #pragma once
 
-#include "engine/detector/AutoHold.h"
-#include "engine/detector/CombSearch.h"
 #include "engine/FrameBuffer.h"
-#include "engine/pixels/FrameOutput.h"
 #include "engine/FrameSettings.h"
-#include "engine/pixels/GrayPalette.h"
 #include "engine/NerinCommon.h"
+#include "engine/detector/AutoHold.h"
+#include "engine/pixels/FramePlan.h"
+#include "engine/pixels/GrayPalette.h"
+#include "engine/pixels/Stores.h"
 #include "settings/DeinterlaceControl.h"
+
+class CombSearch;
 
 // Frames are device-independent bitmaps of m_lBufferSize bytes with rows of m_lStride bytes. The engine takes no lock:
 // the transform that it is part of calls Transform, StartStreaming and EndStreaming one at a time.
@@ -31,7 +33,7 @@ protected:
     // The frame that the stream format describes.
     FrameShape Shape() const;
 
-    // Decides for one input frame, and moves the hold on.
+    // Decides for one input frame, and moves the hold on: what Transform does in automatic mode, without the output.
     bool ShouldDeinterlace(const BYTE* frame);
 
 private:

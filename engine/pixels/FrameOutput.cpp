@@ -26,13 +26,6 @@ std::int32_t StripBytes(std::int32_t rowBytes, std::int32_t most) {
 
 } // namespace
 
-bool FramePair::Overlap() const {
-    const auto in = reinterpret_cast<std::uintptr_t>(input);
-    const auto out = reinterpret_cast<std::uintptr_t>(output);
-    const auto bytes = static_cast<std::uintptr_t>(shape.Bytes());
-    return in < out + bytes && out < in + bytes;
-}
-
 void WriteFrameInOrder(const FramePair& frames, const FramePlan& plan) {
     const FrameShape& shape = frames.shape;
     if (plan.region || plan.area.m_lCropHeight == 0) {
@@ -164,4 +157,11 @@ void FrameOutput::PassMargins(std::int32_t row) {
 
 std::ptrdiff_t FrameOutput::AreaByte(std::int32_t row) const {
     return std::ptrdiff_t{row} * m_frames.shape.stride + m_areaLeft;
+}
+
+void WriteFrame(const FramePair& frames, const FramePlan& plan, Stores stores) {
+    if (frames.Overlap()) {
+        return WriteFrameInOrder(frames, plan);
+    }
+    FrameOutput(frames, plan, stores).Finish();
 }

@@ -2,32 +2,16 @@
 #pragma once
 
 #include "engine/kernels/CarriedRows.h"
-#include "engine/pixels/FrameRegion.h"
 #include "engine/kernels/RowKernels.h"
+#include "engine/pixels/FramePlan.h"
 #include "engine/pixels/Stores.h"
-
-// What an output frame is made of.
-struct FramePlan {
-    ProcessedArea area;       // deinterlaced; no rows: the frame passes through unchanged
-    bool region = false;      // what lies outside the area passes through unchanged; else the area is the whole frame
-    bool interpolate = false; // rows may be combined
-    bool merge = false;
-    bool keepOdd = false;
-};
-
-// The two frames of one call, `shape` both: each shape.Bytes() long.
-struct FramePair {
-    FrameShape shape; // processable
-    const std::uint8_t* input;
-    std::uint8_t* output;
-
-    // True when a byte written may be one that is still to be read.
-    bool Overlap() const;
-};
 
 // Writes the output frame in the plain order: the whole frame is copied as far as the plan wants it, then the area's
 // rows are written one after the other by DeinterlaceLines. The frames may overlap, or be one.
 void WriteFrameInOrder(const FramePair& frames, const FramePlan& plan);
+
+// Writes the output frame. The frames may overlap, or be one.
+void WriteFrame(const FramePair& frames, const FramePlan& plan, Stores stores);
 
 // Writes the output frame from its first row to its last, and each byte once: the same bytes as WriteFrameInOrder, for
 // frames that don't overlap. Between two calls anything else may be done with the input's rows while they are in the

@@ -1,6 +1,6 @@
 // Whole frames and regions: the engine's placing and line driver together, as the frame driver joins them, against the
 // rules written out.
-#include "engine/detector/FramePass.h"
+#include "engine/detector/AutomaticFrame.h"
 #include "engine/pixels/FrameRegion.h"
 #include "engine/detector/InterlaceDetector.h"
 #include "engine/pixels/RowBlends.h"
@@ -260,55 +260,51 @@ void FillCombed(const FrameShape& shape, std::int32_t from, std::int32_t to, std
     }
 }
 
-struct PassCase {
+struct AutomaticCase {
     FrameCase frame;
-    bool decided;
-    Stores stores;
     std::ptrdiff_t outputAt; // bytes from the input's start to the output's
+    Stores stores;
     double sensitivity;
+    std::int32_t owed; // frames that the hold owes before
 };
 
-// What the frame driver does with a frame in automatic mode, in `bytes`; true when the frame is interlaced.
-bool RunPass(const PassCase& c, Bytes& bytes) {
-    const FramePair frames{c.frame.shape, bytes.data(), bytes.data() + c.outputAt};
-    const FrameShape& shape = c.frame.shape;
-    const CombSearch search(frames.input, shape, FrameComber(shape.width, shape.bits, nullptr),
-                            InterlaceThreshold(shape.width, shape.height, c.sensitivity));
-    const FramePlan plan = PlanOf(c.frame);
-    const bool interlaced = DetectAndWriteFrame(frames, search, c.decided ? plan : FramePlan{}, c.decided, c.stores);
-    if (interlaced && !c.decided) {
-        WriteFrame(frames, plan, c.stores);
-    }
-    return interlaced;
-}
+constexpr std::int32_t kHold = 5;
 
-testing::AssertionResult PassIsInOrder(const PassCase& c, const Bytes& start) {
+// What the frame driver does with a frame in automatic mode, against the steps one after the other: search, hold,
+// output.
+testing::AssertionResult EqualsItsSteps(const AutomaticCase& c, bool interlaced, const Bytes& start) {
     const FrameShape& shape = c.frame.shape;
     Bytes want = start;
-    const bool interlaced =
-        ScanFrame(want.data(), shape.width, shape.height, shape.bits, nullptr, c.sensitivity).interlaced;
-    if (interlaced || c.decided) {
+    std::int32_t owed = c.owed;
+    const bool deinterlaced = AdvanceHold(interlaced, kHold, owed);
+    if (deinterlaced) {
         Expected(c.frame, want.data(), want.data() + c.outputAt);
     } else {
         std::memmove(want.data() + c.outputAt, want.data(), static_cast<std::size_t>(shape.Bytes()));
     }
     Bytes got = start;
-    if (RunPass(c, got) != interlaced) {
-        return testing::AssertionFailure() << c.frame << ": not " << interlaced;
-    }
+    const CombSearch search(got.data(), shape, FrameComber(shape.width, shape.bits, nullptr),
+                            InterlaceThreshold(shape.width, shape.height, c.sensitivity));
+    int plansRead = 0;
+    const auto readPlan = [&] { return ++plansRead, PlanOf(c.frame); };
+    std::int32_t counter = c.owed;
+    const bool written =
+        WriteAutomaticFrame({shape, got.data(), got.data() + c.outputAt}, search, readPlan, c.stores, kHold, counter);
     const auto at = std::ranges::mismatch(want, got).in1 - want.begin();
-    if (at == static_cast<std::ptrdiff_t>(want.size())) {
+    if (at == static_cast<std::ptrdiff_t>(want.size()) && written == deinterlaced && counter == owed &&
+        plansRead == (deinterlaced ? 1 : 0)) {
         return testing::AssertionSuccess();
     }
-    return testing::AssertionFailure() << c.frame << (c.decided ? " decided" : "") << " output at " << c.outputAt
-                                       << " sensitivity " << c.sensitivity << ": byte " << at - c.outputAt
-                                       << " differs";
+    return testing::AssertionFailure() << c.frame << " owed " << c.owed << ", then " << counter << " output at "
+                                       << c.outputAt << " sensitivity " << c.sensitivity << ": byte " << at - c.outputAt
+                                       << ", plans read " << plansRead;
 }
 
 // Combing that decides in the first rows, in the last ones and nearly; frames apart, at odd addresses, overlapping and
-// the same.
-TEST(Frames, DetectionAndOutputTogetherEqualOneAfterTheOther) {
-    for (const FrameShape& shape : {ShapeOf(80, 60, 24, false), ShapeOf(1040, 90, 16, false), ShapeOf(67, 70, 24, true),
+// the same; a hold that ends, that is over and that decides alone. Methods, regions and stores take turns.
+TEST(Frames, AutomaticEqualsItsSteps) {
+    int turn = 0;
+    for (const FrameShape& shape : {ShapeOf(80, 60, 24, false), ShapeOf(1040, 45, 16, false), ShapeOf(67, 70, 24, true),
                                     ShapeOf(52, 8, 32, false), ShapeOf(9, 3, 16, false)}) {
         const std::ptrdiff_t bytes = shape.Bytes();
         Bytes start(static_cast<std::size_t>(2 * bytes + 64), 0xEE);
@@ -318,12 +314,14 @@ TEST(Frames, DetectionAndOutputTogetherEqualOneAfterTheOther) {
                 ScanFrame(start.data(), shape.width, shape.height, shape.bits, nullptr, 1).count;
             const double area = std::max((shape.height - 3) * shape.width / 16, 1);
             for (const double sensitivity : {1.0, 8.0, (count + 0.5) / area, (count - 0.5) / area}) {
+                const bool interlaced = count > InterlaceThreshold(shape.width, shape.height, sensitivity);
                 for (const std::ptrdiff_t outputAt : {bytes, bytes + 1, bytes + 48, bytes - 1, std::ptrdiff_t{0}}) {
-                    for (int turn = 0; turn < 24; ++turn) {
-                        const bool useRegion = turn % 6 > 2;
+                    for (const std::int32_t owed : {0, 1, 2, -1, kHold}) {
+                        ++turn;
+                        const bool useRegion = turn / 3 % 2 != 0;
                         const FrameCase frame{shape, kMethods[turn % 3], useRegion, {5, 2, 40, shape.height - 3}};
-                        const auto stores = turn % 4 / 2 ? Stores::Streaming : Stores::Ordinary;
-                        ASSERT_TRUE(PassIsInOrder({frame, turn >= 12, stores, outputAt, sensitivity}, start));
+                        const auto stores = turn / 6 % 2 ? Stores::Streaming : Stores::Ordinary;
+                        ASSERT_TRUE(EqualsItsSteps({frame, outputAt, stores, sensitivity, owed}, interlaced, start));
                     }
                 }
             }

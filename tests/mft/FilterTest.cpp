@@ -83,6 +83,13 @@ protected:
 
     HRESULT Transform() { return m_filter.Transform(m_input.data(), m_output.data()); }
 
+    // What automatic mode does with the input frame.
+    bool Deinterlaces() {
+        Set(NMFV_DEINTERLACE_AUTO_DEINTERLACE, 1);
+        EXPECT_HR(S_OK, Transform());
+        return m_output != m_input;
+    }
+
     // The output that the rules give for the settings in the store, over what the output held before.
     std::vector<BYTE> Expected(std::vector<BYTE> before) {
         const FrameShape shape = m_filter.Shape();
@@ -147,36 +154,48 @@ TEST_F(Filter, OffCopiesPaddingToo) {
 TEST_F(Filter, HoldLastsFiveSecondsOfFrames) {
     SetFormat(64, 48, 24);
     m_filter.m_rtAvgTimePerFrame = 400'000; // 25 frames per second
-    Set(NMFV_DEINTERLACE_AUTO_DEINTERLACE, 1);
     ASSERT_HR(S_OK, m_filter.StartStreaming());
     Stripes(2);
-    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data())); // nothing before the first positive frame
+    EXPECT_FALSE(Deinterlaces()); // nothing before the first positive frame
     Stripes(1);
-    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_TRUE(Deinterlaces());
     Stripes(2);
     for (int i = 0; i < 124; ++i) {
-        EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data())) << i;
+        EXPECT_TRUE(Deinterlaces()) << i;
     }
-    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_FALSE(Deinterlaces());
 
     Stripes(1);
-    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_TRUE(Deinterlaces());
     Stripes(2);
     m_filter.EndStreaming();
-    EXPECT_HR(S_OK, Transform());
-    EXPECT_EQ(m_input, m_output); // the end of the stream ends the hold
+    EXPECT_FALSE(Deinterlaces()); // the end of the stream ends the hold
+}
+
+TEST_F(Filter, QueryAnswersAsAutomaticModeDoes) {
+    BareFilter asked;
+    asked.m_pStore.Share(m_filter.Store());
+    asked.SetFormat(64, 48, 24);
+    SetFormat(64, 48, 24);
+    asked.m_rtAvgTimePerFrame = m_filter.m_rtAvgTimePerFrame = 10'000'000; // a hold of five frames
+    ASSERT_HR(S_OK, asked.StartStreaming());
+    ASSERT_HR(S_OK, m_filter.StartStreaming());
+    for (const int stripes : {2, 1, 2, 2, 2, 2, 2, 2, 1, 2, 1, 1}) {
+        Stripes(stripes);
+        EXPECT_EQ(Deinterlaces(), asked.ShouldDeinterlace(m_input.data())) << stripes;
+    }
 }
 
 // A client that never announces its stream gets the hold of an unknown frame rate.
 TEST_F(Filter, AutomaticModeBeforeTheStreamStarts) {
     SetFormat(64, 48, 24);
     Stripes(1);
-    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_TRUE(Deinterlaces());
     Stripes(2);
     for (int i = 0; i < 149; ++i) {
-        EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data())) << i;
+        EXPECT_TRUE(Deinterlaces()) << i;
     }
-    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_FALSE(Deinterlaces());
 }
 
 TEST_F(Filter, SensitivityDecides) {
@@ -186,18 +205,18 @@ TEST_F(Filter, SensitivityDecides) {
     ASSERT_GT(scan.count, 0u);
     const double limit = static_cast<double>(scan.count) / scan.threshold;
     m_filter.Store()->SetDouble(NMFV_DEINTERLACE_AUTO_SENSITIVITY, limit * 1.01);
-    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_FALSE(Deinterlaces());
     m_filter.Store()->SetDouble(NMFV_DEINTERLACE_AUTO_SENSITIVITY, limit * 0.99);
     ASSERT_HR(S_OK, m_filter.StartStreaming());
-    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_TRUE(Deinterlaces());
     m_filter.Store()->DeleteItem(NMFV_DEINTERLACE_AUTO_SENSITIVITY); // unreadable: one position is enough
-    EXPECT_TRUE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_TRUE(Deinterlaces());
 }
 
 TEST_F(Filter, EightBitFramesHaveNoColours) {
     SetFormat(64, 48, 8);
     Stripes(1);
-    EXPECT_FALSE(m_filter.ShouldDeinterlace(m_input.data()));
+    EXPECT_FALSE(Deinterlaces());
 }
 
 TEST_F(Filter, StartLimitsTheRegion) {

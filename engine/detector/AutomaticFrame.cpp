@@ -1,4 +1,4 @@
-#include "engine/detector/FramePass.h"
+#include "engine/detector/AutomaticFrame.h"
 
 #include <algorithm>
 
@@ -29,13 +29,6 @@ bool DetectThenWrite(const FramePair& frames, CombSearch& search, const FramePla
 }
 
 } // namespace
-
-void WriteFrame(const FramePair& frames, const FramePlan& plan, Stores stores) {
-    if (frames.Overlap()) {
-        return WriteFrameInOrder(frames, plan);
-    }
-    FrameOutput(frames, plan, stores).Finish();
-}
 
 bool DetectAndWriteFrame(const FramePair& frames, CombSearch search, const FramePlan& likely, bool decided,
                          Stores stores) {

@@ -98,10 +98,10 @@ public:
 } // namespace
 
 int main(int argc, char** argv) {
-    for (const RowKernels& level : AllRowKernels()) {
+    for (const RowKernels* level : AllRowKernels()) {
         for (const Kernel& kernel : kKernels) {
-            if (level.supported()) {
-                Register(level, kernel);
+            if (level->supported()) {
+                Register(*level, kernel);
             }
         }
     }

@@ -42,7 +42,7 @@ bool DetectAndWriteFrame(const FramePair& frames, CombSearch search, const Frame
         output.WriteTo(search.NextRow() + bandRows);
         while (!search.IsSettled() && search.NextRow() < output.Rows()) {
             if (leavesRowsOut) {
-                search.FetchAhead();
+                search.PrefetchAhead();
             }
             search.Step();
         }

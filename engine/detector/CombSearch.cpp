@@ -69,11 +69,11 @@ void CombSearch::Step() {
     m_pair += kStep;
 }
 
-void CombSearch::FetchAhead() const {
+void CombSearch::PrefetchAhead() const {
     const std::int32_t pair = m_pair + kStep;
     if (pair <= LastPair()) {
-        ActiveRowKernels().fetch(m_frame + pair * std::ptrdiff_t{m_shape.stride},
-                                 2 * static_cast<std::size_t>(m_shape.stride));
+        ActiveRowKernels().prefetch(m_frame + pair * std::ptrdiff_t{m_shape.stride},
+                                    2 * static_cast<std::size_t>(m_shape.stride));
     }
 }
 

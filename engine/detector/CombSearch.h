@@ -48,8 +48,8 @@ public:
 
     void Step();
 
-    // Fetches the rows that the step after the next one compares. That pays where nobody else reads them.
-    void FetchAhead() const;
+    // Prefetches the rows that the step after the next one compares. That pays where nobody else reads them.
+    void PrefetchAhead() const;
 
     // Steps until the search is settled. True when the frame is interlaced.
     bool Settle();

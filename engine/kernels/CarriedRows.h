@@ -1,6 +1,8 @@
-// Copies of the input rows that were read last. Read in the frame once more, a row costs far more than its copy, though
-// it is still in the cache: the processor takes it for the start of something to foresee and fetches in vain.
+// Copies of the input rows that were read last. Reading a row of the frame again costs far more than its copy, even
+// from the cache: the hardware prefetcher takes it for a new stream and loads lines that nobody reads.
 #pragma once
+
+#include "engine/kernels/RowKernels.h"
 
 #include <cstdint>
 
@@ -10,7 +12,7 @@ class CarriedRows {
 
 public:
     static constexpr std::int32_t kMaxBytesOfTwo = 8192;     // each
-    static constexpr std::int32_t kMaxBytesOfOne = 2 * 8192; // in the place of both
+    static constexpr std::int32_t kMaxBytesOfOne = 2 * 8192; // in place of both
 
     std::uint8_t* One() { return m_bytes; }
 
@@ -18,5 +20,5 @@ public:
     std::uint8_t* OfTwo(std::int32_t row) { return m_bytes + (row & 1) * kApart; }
 
 private:
-    alignas(64) std::uint8_t m_bytes[2 * kApart];
+    alignas(kCacheLine) std::uint8_t m_bytes[2 * kApart];
 };

@@ -47,13 +47,3 @@ std::uint32_t CombTriosOfBlocks(const Steps& steps, const std::uint8_t* row, std
     }
     return count;
 }
-
-// Whole blocks, then `tail` for the samples left.
-template <class Steps>
-std::uint32_t CombTrios(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter,
-                        CombTriosFn tail) {
-    const std::int32_t blocks = samples / Steps::kSamples;
-    const std::uint32_t count = CombTriosOfBlocks(Steps{}, row, stride, samples, pairsAfter);
-    return count + tail(row + static_cast<std::ptrdiff_t>(blocks) * Steps::kBytes, stride,
-                        samples - blocks * Steps::kSamples, pairsAfter);
-}

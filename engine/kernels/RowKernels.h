@@ -5,25 +5,28 @@
 #include <cstdint>
 #include <span>
 
+constexpr std::size_t kCacheLine = 64; // bytes
+
+// The rules for bytes, one after the other: an `out` that overlaps a row reads what it has already written.
+
+// out[i] = (above[i] + below[i]) >> 1
+void AverageBytes(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below, std::size_t bytes);
+
+// out[i] = (above[i] + 2 * current[i] + below[i]) >> 2
+void BlendBytes(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current, const std::uint8_t* below,
+                std::size_t bytes);
+
 // Kernels that write rows. `out` overlaps no other row.
 
 // out[i] = in[i] for `bytes` bytes.
 using CopyRowFn = void (*)(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes);
-
-// out[i] = (above[i] + below[i]) >> 1 for `bytes` bytes.
-using AverageRowFn = void (*)(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below,
-                              std::size_t bytes);
-
-// out[i] = (above[i] + 2 * current[i] + below[i]) >> 2 for `bytes` bytes.
-using BlendRowFn = void (*)(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,
-                            const std::uint8_t* below, std::size_t bytes);
 
 // Rows one after the other that are made of the row above, the current one and the row below. Only the row below is
 // read in the frame: the others are carried along outside it, and the row below takes the place of the row above.
 struct RowRun {
     std::uint8_t* out;         // the first row that is written
     const std::uint8_t* below; // the row after that, in the frame that is read
-    const std::uint8_t* last;  // the last row of that frame: up to it a kernel may fetch what will be read before long
+    const std::uint8_t* last;  // the last row of that frame: a kernel prefetches no further
     std::ptrdiff_t stride;     // of both frames
     std::size_t bytes;         // of a combined row
     std::size_t keptBytes;     // of a kept row, at most as many
@@ -41,8 +44,6 @@ using BlendRowsFn = void (*)(const RowRun& run, std::uint8_t* older, std::uint8_
 // One way to store rows.
 struct RowWriters {
     CopyRowFn copy;
-    AverageRowFn average;
-    BlendRowFn blend121;
     RebuildRowsFn rebuild;
     BlendRowsFn blend;
     void (*finish)(); // after the last row, before anyone else may look at it
@@ -59,22 +60,27 @@ struct RowWriters {
 using CombTriosFn = std::uint32_t (*)(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples,
                                       int pairsAfter);
 
-// Fetches `bytes` bytes that will be read before long into the cache, or does nothing.
-using FetchFn = void (*)(const std::uint8_t* in, std::size_t bytes);
+// Prefetches `bytes` bytes that will be read before long, or does nothing.
+using PrefetchFn = void (*)(const std::uint8_t* in, std::size_t bytes);
 
 struct RowKernels {
     const char* name;
     bool (*supported)();
-    FetchFn fetch;
+    PrefetchFn prefetch;
     RowWriters cached;   // ordinary stores: what is written stays in the cache
-    RowWriters streamed; // stores that go past the cache to memory; the same bytes
+    RowWriters streamed; // non-temporal stores, past the cache to memory; the same bytes
     CombTriosFn comb16;  // samples of 4 bytes, all four compared: a pixel pair of a packed 4:2:2 format
     CombTriosFn comb24;  // samples of 3 bytes
     CombTriosFn comb32;  // samples of 4 bytes, the first three compared
 };
 
-// All variants, slowest first; [0] is the reference that the others must equal for every length, offset and tail.
-std::span<const RowKernels> AllRowKernels();
+// One per instruction set, each in a file of its own.
+extern const RowKernels kScalarKernels; // the reference, which the others equal for every length, offset and tail
+extern const RowKernels kSse2Kernels;
+extern const RowKernels kAvx2Kernels;
 
-// The fastest variant that this processor and operating system support; chosen once per process.
+// All of them, slowest first; [0] is the reference.
+std::span<const RowKernels* const> AllRowKernels();
+
+// The fastest that this processor and operating system support; chosen once per process.
 const RowKernels& ActiveRowKernels();

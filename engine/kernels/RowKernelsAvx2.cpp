@@ -1,8 +1,6 @@
 // Row kernels for processors with AVX2. This file is compiled for them, so it holds nothing but the kernels and
 // helpers of its own: an inline function shared with other files might reach the whole module in its AVX2 form.
-#include "engine/kernels/RowKernelVariants.h"
-
-#include "engine/kernels/CombTrios.h"
+#include "engine/kernels/CpuFeatures.h"
 #include "engine/kernels/RowLoops.h"
 
 #include <immintrin.h>
@@ -34,8 +32,9 @@ struct Vector {
     static void Stream(std::uint8_t* p, Type v) { _mm256_stream_si256(reinterpret_cast<Type*>(p), v); }
     static Type Invert(Type v) { return _mm256_xor_si256(v, _mm256_set1_epi8(-1)); }
     static Type Average(Type a, Type b) { return _mm256_avg_epu8(a, b); }
-    static void FetchNow(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T0); }
-    static void FetchSoon(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T1); }
+    static void Fence() { _mm_sfence(); }
+    static void PrefetchNow(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T0); }
+    static void PrefetchSoon(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T1); }
 };
 
 __m256i Difference(__m256i a, __m256i b) {
@@ -114,17 +113,5 @@ struct Steps3Bytes {
 
 } // namespace
 
-NMFV_DEFINE_ROW_WRITERS(Vector, false, CachedAvx2);
-NMFV_DEFINE_ROW_WRITERS(Vector, true, StreamedAvx2);
-
-std::uint32_t CombTrios16Avx2(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
-    return CombTrios<Steps4Bytes<0xFFFFFFFFu, 12>>(row, stride, samples, pairsAfter, CombTrios16Scalar);
-}
-
-std::uint32_t CombTrios24Avx2(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
-    return CombTrios<Steps3Bytes>(row, stride, samples, pairsAfter, CombTrios24Scalar);
-}
-
-std::uint32_t CombTrios32Avx2(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
-    return CombTrios<Steps4Bytes<0x00FFFFFFu, 13>>(row, stride, samples, pairsAfter, CombTrios32Scalar);
-}
+constinit const RowKernels kAvx2Kernels =
+    VectorKernels<Vector, Steps4Bytes<0xFFFFFFFFu, 12>, Steps3Bytes, Steps4Bytes<0x00FFFFFFu, 13>>("avx2", HasAvx2);

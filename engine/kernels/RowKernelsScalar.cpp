@@ -1,7 +1,6 @@
 // The reference: simple enough to trust.
-#include "engine/kernels/RowKernelVariants.h"
-
 #include "engine/kernels/CombTrios.h"
+#include "engine/kernels/RowKernels.h"
 
 #include <algorithm>
 #include <utility>
@@ -27,56 +26,59 @@ struct OneSample {
     static std::uint32_t Count(bool step) { return step ? 1u : 0u; }
 };
 
-} // namespace
-
-void CopyRowCachedScalar(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
+void CopyRow(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
     std::copy_n(in, bytes, out);
 }
 
-void AverageRowCachedScalar(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below,
-                            std::size_t bytes) {
+void RebuildRows(const RowRun& run, std::uint8_t* carried) {
+    for (std::int32_t row = 0; row < run.rows; ++row) {
+        const std::ptrdiff_t at = row * run.stride;
+        if (row % 2 == 0) {
+            AverageBytes(run.out + at, carried, run.below + at, run.bytes);
+            CopyRow(carried, run.below + at, run.bytes);
+        } else {
+            CopyRow(run.out + at, carried, run.keptBytes);
+        }
+    }
+}
+
+void BlendRows(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
+    for (std::int32_t row = 0; row < run.rows; ++row, std::swap(older, newer)) {
+        const std::ptrdiff_t at = row * run.stride;
+        BlendBytes(run.out + at, older, newer, run.below + at, run.bytes);
+        CopyRow(older, run.below + at, run.bytes);
+    }
+}
+
+template <int SampleBytes, int ComparedBytes>
+std::uint32_t CountTrios(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
+    return CombTriosOfBlocks(OneSample<SampleBytes, ComparedBytes>{}, row, stride, samples, pairsAfter);
+}
+
+constexpr RowWriters kWriters{CopyRow, RebuildRows, BlendRows, [] {}};
+
+} // namespace
+
+void AverageBytes(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below, std::size_t bytes) {
     for (std::size_t i = 0; i < bytes; ++i) {
         out[i] = static_cast<std::uint8_t>((above[i] + below[i]) >> 1);
     }
 }
 
-void BlendRowCachedScalar(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,
-                          const std::uint8_t* below, std::size_t bytes) {
+void BlendBytes(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current, const std::uint8_t* below,
+                std::size_t bytes) {
     for (std::size_t i = 0; i < bytes; ++i) {
         out[i] = static_cast<std::uint8_t>((above[i] + 2 * current[i] + below[i]) >> 2);
     }
 }
 
-void RebuildRowsCachedScalar(const RowRun& run, std::uint8_t* carried) {
-    for (std::int32_t row = 0; row < run.rows; ++row) {
-        const std::ptrdiff_t at = row * run.stride;
-        if (row % 2 == 0) {
-            AverageRowCachedScalar(run.out + at, carried, run.below + at, run.bytes);
-            CopyRowCachedScalar(carried, run.below + at, run.bytes);
-        } else {
-            CopyRowCachedScalar(run.out + at, carried, run.keptBytes);
-        }
-    }
-}
-
-void BlendRowsCachedScalar(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
-    for (std::int32_t row = 0; row < run.rows; ++row, std::swap(older, newer)) {
-        const std::ptrdiff_t at = row * run.stride;
-        BlendRowCachedScalar(run.out + at, older, newer, run.below + at, run.bytes);
-        CopyRowCachedScalar(older, run.below + at, run.bytes);
-    }
-}
-
-void FinishCachedScalar() {}
-
-std::uint32_t CombTrios16Scalar(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
-    return CombTriosOfBlocks(OneSample<4, 4>{}, row, stride, samples, pairsAfter);
-}
-
-std::uint32_t CombTrios24Scalar(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
-    return CombTriosOfBlocks(OneSample<3, 3>{}, row, stride, samples, pairsAfter);
-}
-
-std::uint32_t CombTrios32Scalar(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
-    return CombTriosOfBlocks(OneSample<4, 3>{}, row, stride, samples, pairsAfter);
-}
+constinit const RowKernels kScalarKernels{
+    .name = "scalar",
+    .supported = [] { return true; },
+    .prefetch = [](const std::uint8_t*, std::size_t) {},
+    .cached = kWriters,
+    .streamed = kWriters,
+    .comb16 = CountTrios<4, 4>,
+    .comb24 = CountTrios<3, 3>,
+    .comb32 = CountTrios<4, 3>,
+};

@@ -1,7 +1,4 @@
 // Row kernels for every x64 processor.
-#include "engine/kernels/RowKernelVariants.h"
-
-#include "engine/kernels/CombTrios.h"
 #include "engine/kernels/RowLoops.h"
 
 #include <bit>
@@ -24,8 +21,9 @@ struct Vector {
     static void Stream(std::uint8_t* p, Type v) { _mm_stream_si128(reinterpret_cast<Type*>(p), v); }
     static Type Invert(Type v) { return _mm_xor_si128(v, _mm_set1_epi8(-1)); }
     static Type Average(Type a, Type b) { return _mm_avg_epu8(a, b); }
-    static void FetchNow(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T0); }
-    static void FetchSoon(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T1); }
+    static void Fence() { _mm_sfence(); }
+    static void PrefetchNow(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T0); }
+    static void PrefetchSoon(const std::uint8_t* p) { _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T1); }
 };
 
 // |a - b| per byte, cut to 25: one difference of 25 is a large step already (625 > 576), and squares of at most 25
@@ -121,23 +119,6 @@ struct Steps3Bytes {
 
 } // namespace
 
-void FetchSse2(const std::uint8_t* in, std::size_t bytes) {
-    for (std::size_t i = 0; i < bytes; i += kCacheLine) {
-        Vector::FetchSoon(in + i);
-    }
-}
-
-NMFV_DEFINE_ROW_WRITERS(Vector, false, CachedSse2);
-NMFV_DEFINE_ROW_WRITERS(Vector, true, StreamedSse2);
-
-std::uint32_t CombTrios16Sse2(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
-    return CombTrios<Steps4Bytes<0xFFFFFFFFu, 12>>(row, stride, samples, pairsAfter, CombTrios16Scalar);
-}
-
-std::uint32_t CombTrios24Sse2(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
-    return CombTrios<Steps3Bytes>(row, stride, samples, pairsAfter, CombTrios24Scalar);
-}
-
-std::uint32_t CombTrios32Sse2(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
-    return CombTrios<Steps4Bytes<0x00FFFFFFu, 13>>(row, stride, samples, pairsAfter, CombTrios32Scalar);
-}
+constinit const RowKernels kSse2Kernels =
+    VectorKernels<Vector, Steps4Bytes<0xFFFFFFFFu, 12>, Steps3Bytes, Steps4Bytes<0x00FFFFFFu, 13>>(
+        "sse2", [] { return true; }); // every x64 processor has it

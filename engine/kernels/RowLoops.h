@@ -1,8 +1,8 @@
-// The vector variants of the kernels that write rows, for any vector and either way of storing.
+// The vector kernels, for any vector, either way of storing and any way to compare samples; and the table of them.
 //
 // `V` is the vector: Type; kBytes; Smaller, the vector for what this one is too long for, or void; Load and Store at
-// any address, Stream past the cache at multiples of kBytes; Invert; Average, which rounds up; FetchNow into the
-// first-level cache and FetchSoon into the second-level one, for any address.
+// any address, Stream (a non-temporal store) at multiples of kBytes, Fence after the last of those; Invert; Average,
+// which rounds up; PrefetchNow into the first-level cache and PrefetchSoon into the second-level one, of any address.
 //
 // (a + b) >> 1 is the rounding average between complements: ~avg(~a, ~b). Twice that is (a + 2c + b) >> 2, so the bytes
 // stay bytes.
@@ -13,18 +13,23 @@
 // Instantiate this with types of an unnamed namespace only, as CombTrios.h, and call nothing else that is shared.
 #pragma once
 
-#include "engine/kernels/RowKernelVariants.h"
+#include "engine/kernels/CombTrios.h"
+#include "engine/kernels/RowKernels.h"
 
 #include <type_traits>
 
-constexpr std::size_t kCacheLine = 64;
-
 // Mixes: what one row is made of, vector by vector (W: V or a smaller one) or, where none fits, as the reference has
-// it; and what is fetched meanwhile.
+// it; and what is prefetched meanwhile.
 
-// How far ahead of the bytes at hand the next lines are fetched, of rows that are read or written one after the other.
-// Behind the frame's end a fetch does nothing.
+// How far ahead a row is prefetched that is read or written from end to end. A prefetch past the frame's end does no
+// harm.
 constexpr std::size_t kNowBytes = 4 * kCacheLine;
+
+// What is left of one row, for the reference's kernels.
+template <class V>
+RowRun OneRow(std::uint8_t* out, const std::uint8_t* below, std::size_t bytes) {
+    return {.out = out, .below = below, .last = below, .stride = 0, .bytes = bytes, .keptBytes = bytes, .rows = 1};
+}
 
 template <class V, bool Streamed>
 struct CopyOf {
@@ -35,11 +40,11 @@ struct CopyOf {
         return W::Load(in + i);
     }
     void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
-        CopyRowCachedScalar(out + i, in + i, bytes);
+        kScalarKernels.cached.copy(out + i, in + i, bytes);
     }
-    void Fetch(const std::uint8_t* out, std::size_t i) const {
+    void Prefetch(const std::uint8_t* out, std::size_t i) const {
         if constexpr (!Streamed) {
-            V::FetchNow(out + i + kNowBytes);
+            V::PrefetchNow(out + i + kNowBytes);
         }
     }
 };
@@ -54,39 +59,8 @@ typename W::Type BlendDown(typename W::Type above, typename W::Type current, typ
     return W::Invert(W::Average(W::Average(W::Invert(above), W::Invert(below)), W::Invert(current)));
 }
 
-template <class V>
-struct AverageOf {
-    const std::uint8_t* above;
-    const std::uint8_t* below;
-
-    template <class W>
-    typename W::Type Mixed(std::size_t i) const {
-        return AverageDown<W>(W::Load(above + i), W::Load(below + i));
-    }
-    void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
-        AverageRowCachedScalar(out + i, above + i, below + i, bytes);
-    }
-    void Fetch(const std::uint8_t*, std::size_t) const {}
-};
-
-template <class V>
-struct BlendOf {
-    const std::uint8_t* above;
-    const std::uint8_t* current;
-    const std::uint8_t* below;
-
-    template <class W>
-    typename W::Type Mixed(std::size_t i) const {
-        return BlendDown<W>(W::Load(above + i), W::Load(current + i), W::Load(below + i));
-    }
-    void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
-        BlendRowCachedScalar(out + i, above + i, current + i, below + i, bytes);
-    }
-    void Fetch(const std::uint8_t*, std::size_t) const {}
-};
-
 template <class V, bool Streamed>
-struct AverageOfNext {
+struct AverageOf {
     std::uint8_t* carried;
     const std::uint8_t* below;
     const std::uint8_t* soon;
@@ -99,21 +73,20 @@ struct AverageOfNext {
         return AverageDown<W>(above, next);
     }
     void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
-        AverageRowCachedScalar(out + i, carried + i, below + i, bytes);
-        CopyRowCachedScalar(carried + i, below + i, bytes);
+        kScalarKernels.cached.rebuild(OneRow<V>(out + i, below + i, bytes), carried + i);
     }
-    void Fetch(const std::uint8_t* out, std::size_t i) const {
-        V::FetchSoon(soon + i); // every other row is read: nobody foresees that
+    void Prefetch(const std::uint8_t* out, std::size_t i) const {
+        V::PrefetchSoon(soon + i); // every other row is read: the hardware prefetcher doesn't follow
         if constexpr (!Streamed) {
-            V::FetchNow(out + i + kNowBytes);
+            V::PrefetchNow(out + i + kNowBytes);
         }
     }
 };
 
 template <class V, bool Streamed>
-struct BlendOfNext {
+struct BlendOf {
     std::uint8_t* older;
-    const std::uint8_t* newer;
+    std::uint8_t* newer;
     const std::uint8_t* below;
     const std::uint8_t* soon;
 
@@ -125,15 +98,14 @@ struct BlendOfNext {
         return BlendDown<W>(above, W::Load(newer + i), next);
     }
     void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
-        BlendRowCachedScalar(out + i, older + i, newer + i, below + i, bytes);
-        CopyRowCachedScalar(older + i, below + i, bytes);
+        kScalarKernels.cached.blend(OneRow<V>(out + i, below + i, bytes), older + i, newer + i);
     }
-    void Fetch(const std::uint8_t* out, std::size_t i) const {
+    void Prefetch(const std::uint8_t* out, std::size_t i) const {
         if constexpr (Streamed) {
-            V::FetchSoon(soon + i);
+            V::PrefetchSoon(soon + i);
         } else {
-            V::FetchNow(below + i + kNowBytes);
-            V::FetchNow(out + i + kNowBytes);
+            V::PrefetchNow(below + i + kNowBytes);
+            V::PrefetchNow(out + i + kNowBytes);
         }
     }
 };
@@ -180,17 +152,17 @@ void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix) {
         PutBytes<V>(out, 0, i, mix);
     }
     for (; i + kCacheLine <= bytes; i += kCacheLine) {
-        mix.Fetch(out, i);
+        mix.Prefetch(out, i);
         PutLine<V, Streamed>(out, i, mix);
     }
     if (i < bytes) {
-        mix.Fetch(out, i);
+        mix.Prefetch(out, i);
         PutBytes<V>(out, i, bytes, mix);
     }
 }
 
 // A block of this many bytes or more is copied in two halves side by side: two streams keep more of the memory busy.
-constexpr std::size_t kManyRows = 128 * 1024;
+constexpr std::size_t kManyBytes = 128 * 1024;
 
 template <class V, bool Streamed>
 void CopyHalves(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
@@ -207,7 +179,7 @@ void CopyHalves(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
 
 template <class V, bool Streamed>
 void VectorCopy(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
-    if (bytes >= kManyRows) {
+    if (bytes >= kManyBytes) {
         return CopyHalves<V, Streamed>(out, in, bytes);
     }
     MixRow<V, Streamed>(out, bytes, CopyOf<V, Streamed>{in});
@@ -226,7 +198,7 @@ void VectorRebuild(const RowRun& run, std::uint8_t* carried) {
     for (std::int32_t row = 0; row < run.rows; row += 2) {
         const std::ptrdiff_t at = row * run.stride;
         MixRow<V, Streamed, true>(run.out + at, run.bytes,
-                                  AverageOfNext<V, Streamed>{carried, run.below + at, SoonRead<V>(run, at)});
+                                  AverageOf<V, Streamed>{carried, run.below + at, SoonRead<V>(run, at)});
         if (row + 1 < run.rows) {
             MixRow<V, Streamed, true>(run.out + at + run.stride, run.keptBytes, CopyOf<V, Streamed>{carried});
         }
@@ -238,33 +210,48 @@ void VectorBlend(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
     for (std::int32_t row = 0; row < run.rows; ++row) {
         const std::ptrdiff_t at = row * run.stride;
         MixRow<V, Streamed>(run.out + at, run.bytes,
-                            BlendOfNext<V, Streamed>{row % 2 ? newer : older, row % 2 ? older : newer, run.below + at,
-                                                     SoonRead<V>(run, at)});
+                            BlendOf<V, Streamed>{row % 2 ? newer : older, row % 2 ? older : newer, run.below + at,
+                                                 SoonRead<V>(run, at)});
     }
 }
 
-// Defines the functions that RowKernelVariants.h declares for a variant.
-#define NMFV_DEFINE_ROW_WRITERS(V, streamed, suffix)                                                                   \
-    void CopyRow##suffix(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {                               \
-        VectorCopy<V, streamed>(out, in, bytes);                                                                       \
-    }                                                                                                                  \
-    void AverageRow##suffix(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* below,                   \
-                            std::size_t bytes) {                                                                       \
-        MixRow<V, streamed>(out, bytes, AverageOf<V>{above, below});                                                   \
-    }                                                                                                                  \
-    void BlendRow##suffix(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current,                   \
-                          const std::uint8_t* below, std::size_t bytes) {                                              \
-        MixRow<V, streamed>(out, bytes, BlendOf<V>{above, current, below});                                            \
-    }                                                                                                                  \
-    void RebuildRows##suffix(const RowRun& run, std::uint8_t* carried) {                                               \
-        VectorRebuild<V, streamed>(run, carried);                                                                      \
-    }                                                                                                                  \
-    void BlendRows##suffix(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {                              \
-        VectorBlend<V, streamed>(run, older, newer);                                                                   \
-    }                                                                                                                  \
-    void Finish##suffix() {                                                                                            \
-        if (streamed) {                                                                                                \
-            _mm_sfence();                                                                                              \
-        }                                                                                                              \
-    }                                                                                                                  \
-    static_assert(true)
+template <class V, bool Streamed>
+void Finish() {
+    if constexpr (Streamed) {
+        V::Fence();
+    }
+}
+
+template <class V, bool Streamed>
+constexpr RowWriters VectorWriters() {
+    return {VectorCopy<V, Streamed>, VectorRebuild<V, Streamed>, VectorBlend<V, Streamed>, Finish<V, Streamed>};
+}
+
+template <class V>
+void PrefetchLines(const std::uint8_t* in, std::size_t bytes) {
+    for (std::size_t i = 0; i < bytes; i += kCacheLine) {
+        V::PrefetchSoon(in + i);
+    }
+}
+
+// Whole blocks, then the samples left as the reference counts them.
+template <class Steps, CombTriosFn RowKernels::*Comb>
+std::uint32_t VectorComb(const std::uint8_t* row, std::ptrdiff_t stride, std::int32_t samples, int pairsAfter) {
+    const std::int32_t blocks = samples / Steps::kSamples;
+    const std::uint32_t count = CombTriosOfBlocks(Steps{}, row, stride, samples, pairsAfter);
+    return count + (kScalarKernels.*Comb)(row + static_cast<std::ptrdiff_t>(blocks) * Steps::kBytes, stride,
+                                          samples - blocks * Steps::kSamples, pairsAfter);
+}
+
+// The table of a level: its vector, and how it compares blocks of the three kinds of sample.
+template <class V, class Steps16, class Steps24, class Steps32>
+constexpr RowKernels VectorKernels(const char* name, bool (*supported)()) {
+    return {.name = name,
+            .supported = supported,
+            .prefetch = PrefetchLines<V>,
+            .cached = VectorWriters<V, false>(),
+            .streamed = VectorWriters<V, true>(),
+            .comb16 = VectorComb<Steps16, &RowKernels::comb16>,
+            .comb24 = VectorComb<Steps24, &RowKernels::comb24>,
+            .comb32 = VectorComb<Steps32, &RowKernels::comb32>};
+}

@@ -1,6 +1,6 @@
 #include "engine/pixels/FrameOutput.h"
 
-#include "engine/pixels/DeinterlaceLines.h"
+#include "engine/pixels/PlainFrame.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,22 +19,12 @@ Stores AreaStores(const FrameShape& shape, const FramePlan& plan, Stores stores)
 
 // The largest equal strips of `most` bytes at most, of whole cache lines.
 std::int32_t StripBytes(std::int32_t rowBytes, std::int32_t most) {
-    constexpr std::int32_t kLine = 64;
+    constexpr auto kLine = static_cast<std::int32_t>(kCacheLine);
     const std::int32_t strips = (std::max(rowBytes, 1) - 1) / most + 1;
     return strips == 1 ? rowBytes : (rowBytes / strips + kLine) / kLine * kLine;
 }
 
 } // namespace
-
-void WriteFrameInOrder(const FramePair& frames, const FramePlan& plan) {
-    const FrameShape& shape = frames.shape;
-    if (plan.region || plan.area.m_lCropHeight == 0) {
-        std::memmove(frames.output, frames.input, static_cast<std::size_t>(shape.Bytes()));
-    }
-    DeinterlaceLines(frames.input + plan.area.offset, frames.output + plan.area.offset, plan.keepOdd, plan.interpolate,
-                     plan.merge, plan.area.m_lCropWidth, plan.area.m_lCropHeight, shape.bits, shape.stride,
-                     plan.region);
-}
 
 FrameOutput::FrameOutput(const FramePair& frames, const FramePlan& plan, Stores stores)
     : m_frames(frames)

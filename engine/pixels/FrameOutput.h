@@ -6,10 +6,6 @@
 #include "engine/pixels/FramePlan.h"
 #include "engine/pixels/Stores.h"
 
-// Writes the output frame in the plain order: the whole frame is copied as far as the plan wants it, then the area's
-// rows are written one after the other by DeinterlaceLines. The frames may overlap, or be one.
-void WriteFrameInOrder(const FramePair& frames, const FramePlan& plan);
-
 // Writes the output frame. The frames may overlap, or be one.
 void WriteFrame(const FramePair& frames, const FramePlan& plan, Stores stores);
 

@@ -5,12 +5,12 @@
 
 enum class Stores {
     Ordinary,  // through the cache: whoever reads the frame next finds it there
-    Streaming, // to memory, which is then not read first; whoever reads the frame next waits for it
+    Streaming, // non-temporal: to memory, which is then not read first; whoever reads the frame next waits for it
 };
 
 // A transform stands between one who fills input frames and one who reads output frames, with some of each in flight.
-// As long as those frames fit in the cache, ordinary stores keep them all there; beyond that their lines are out of
-// it before they are read, and streaming stores save reading them in. `cacheBytes` is the processor's largest cache, 0
+// As long as those frames fit in the cache, ordinary stores keep them all there; beyond that their lines are evicted
+// before they are read, and streaming stores save reading them in. `cacheBytes` is the processor's largest cache, 0
 // when it is not known.
 Stores StoresFor(std::size_t frameBytes, std::size_t cacheBytes);
 

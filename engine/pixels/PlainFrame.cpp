@@ -1,10 +1,21 @@
-#include "engine/pixels/DeinterlaceLines.h"
+#include "engine/pixels/PlainFrame.h"
 
-#include "engine/pixels/FrameShape.h"
-#include "engine/pixels/RowBlends.h"
+#include "engine/kernels/RowKernels.h"
 
 #include <cstddef>
 #include <cstring>
+
+namespace {
+
+// As BlendLines121.
+void AverageLines(std::uint8_t* destination, const std::uint8_t* above, const std::uint8_t* below,
+                  std::int32_t byteCount) {
+    if (byteCount > 0) {
+        AverageBytes(destination, above, below, static_cast<std::size_t>(byteCount));
+    }
+}
+
+} // namespace
 
 RowWork WorkOnRow(std::int32_t y, std::int32_t rows, bool interpolate, bool merge, bool keepOdd) {
     if (!interpolate || y < 1 || y + 1 >= rows) {
@@ -14,6 +25,13 @@ RowWork WorkOnRow(std::int32_t y, std::int32_t rows, bool interpolate, bool merg
         return RowWork::Blend;
     }
     return ((y & 1) != 0) == keepOdd ? RowWork::Copy : RowWork::Rebuild;
+}
+
+void BlendLines121(std::uint8_t* destination, const std::uint8_t* above, const std::uint8_t* current,
+                   const std::uint8_t* below, std::int32_t byteCount) {
+    if (byteCount > 0) {
+        BlendBytes(destination, above, current, below, static_cast<std::size_t>(byteCount));
+    }
 }
 
 void DeinterlaceLines(const std::uint8_t* source, std::uint8_t* destination, std::int32_t keepOdd,
@@ -37,4 +55,14 @@ void DeinterlaceLines(const std::uint8_t* source, std::uint8_t* destination, std
             break;
         }
     }
+}
+
+void WriteFrameInOrder(const FramePair& frames, const FramePlan& plan) {
+    const FrameShape& shape = frames.shape;
+    if (plan.region || plan.area.m_lCropHeight == 0) {
+        std::memmove(frames.output, frames.input, static_cast<std::size_t>(shape.Bytes()));
+    }
+    DeinterlaceLines(frames.input + plan.area.offset, frames.output + plan.area.offset, plan.keepOdd, plan.interpolate,
+                     plan.merge, plan.area.m_lCropWidth, plan.area.m_lCropHeight, shape.bits, shape.stride,
+                     plan.region);
 }

@@ -1,12 +1,17 @@
-// The line driver: which rows of the processed area are copied and which are rebuilt or blended.
+// The output frame in the plain order and in scalar code: the reference, and what frames that overlap get.
 #pragma once
 
-#include <cstdint>
+#include "engine/pixels/FramePlan.h"
 
 enum class RowWork { Copy, Blend, Rebuild };
 
 // What becomes of row `y` of an area of `rows` rows; see DeinterlaceLines.
 RowWork WorkOnRow(std::int32_t y, std::int32_t rows, bool interpolate, bool merge, bool keepOdd);
+
+// destination[i] = (above[i] + 2 * current[i] + below[i]) >> 2 for i from 0 to byteCount - 1, one byte after the other:
+// a destination that overlaps a source row reads what it has already written. Nothing happens for a byteCount below 1.
+void BlendLines121(std::uint8_t* destination, const std::uint8_t* above, const std::uint8_t* current,
+                   const std::uint8_t* below, std::int32_t byteCount);
 
 // Writes `rows` rows of a deinterlaced area from `source` to `destination`, both `stride` bytes from row to row and
 // counted from the area's first row in memory.
@@ -24,3 +29,7 @@ RowWork WorkOnRow(std::int32_t y, std::int32_t rows, bool interpolate, bool merg
 void DeinterlaceLines(const std::uint8_t* source, std::uint8_t* destination, std::int32_t keepOdd,
                       std::int32_t interpolationAllowed, std::int32_t merge, std::int32_t width, std::int32_t rows,
                       std::int32_t bits, std::int32_t stride, std::int32_t regionFlag);
+
+// Writes the output frame: the whole frame is copied as far as the plan wants it, then the area's rows are written one
+// after the other by DeinterlaceLines. The frames may overlap, or be one.
+void WriteFrameInOrder(const FramePair& frames, const FramePlan& plan);

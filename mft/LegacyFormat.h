@@ -1,7 +1,7 @@
 // A media type in its legacy form, whose format block holds the bitmap header.
 #pragma once
 
-#include "engine/VideoFormatCheck.h"
+#include "mft/VideoFormatCheck.h"
 
 #include <mfidl.h>
 

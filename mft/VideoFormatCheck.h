@@ -1,8 +1,8 @@
-// Which uncompressed video formats a module accepts, told from their legacy format block.
+// The terms of CNerinCommon::CheckVideoFormat, which tells a format from its legacy format block.
 #pragma once
 
-#include <windows.h>
-#include <strmif.h>
+#include "engine/NerinCommon.h"
+
 #include <wingdi.h>
 
 // Accepted formats, one bit each.
@@ -38,7 +38,3 @@ BitmapBlock FindBitmapBlock(const AM_MEDIA_TYPE& type);
 
 // True when the block's palette is a linear grey ramp; false without a palette and above 8 bits per pixel.
 bool HasGrayPalette(const BitmapBlock& block);
-
-// S_OK for the first accepted format that the type matches; kTypeNotAccepted when there is none, kNoBitmapHeader when
-// the type carries no bitmap header.
-HRESULT CheckVideoFormat(const AM_MEDIA_TYPE& type, DWORD acceptedFormats, FormatBlocks blocks);

@@ -1,6 +1,7 @@
-#include "engine/VideoFormatCheck.h"
+#include "mft/VideoFormatCheck.h"
 
 #include "engine/pixels/GrayPalette.h"
+#include "mft/InputSubtypes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -12,12 +13,7 @@
 
 namespace {
 
-constexpr GUID FourCC(DWORD code) {
-    return {code, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
-}
-
-constexpr GUID kIyu2 = FourCC(0x32555949);
-constexpr GUID kVendorGray = FourCC(0x5952474C);
+constexpr GUID kVendorGray = {0x5952474C, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
 
 enum class Compression { Any, Rgb, Bitfields, RgbOrBitfields };
 enum class Even { Neither, Width, WidthAndHeight };
@@ -53,7 +49,7 @@ const FormatRule kRules[] = {
     {kFormatUyvy, &MEDIASUBTYPE_UYVY, nullptr, 16, Compression::Any, nullptr, Even::Width, Palette::Any},
     {kFormatYvyu, &MEDIASUBTYPE_YVYU, nullptr, 16, Compression::Any, nullptr, Even::Width, Palette::Any},
     {kFormatYv12, &MEDIASUBTYPE_YV12, nullptr, 12, Compression::Any, nullptr, Even::WidthAndHeight, Palette::Any},
-    {kFormatIyu2, &kIyu2, nullptr, 24, Compression::Any, nullptr, Even::Neither, Palette::Any},
+    {kFormatIyu2, &kSubtypeIyu2, nullptr, 24, Compression::Any, nullptr, Even::Neither, Palette::Any},
     {kFormatGray16, &kVendorGray, nullptr, 16, Compression::Any, nullptr, Even::Neither, Palette::Any},
     {kFormatGray12, &kVendorGray, nullptr, 12, Compression::Any, nullptr, Even::Neither, Palette::Any},
 };
@@ -126,7 +122,7 @@ bool HasGrayPalette(const BitmapBlock& block) {
     return IsGrayPalette(reinterpret_cast<const ColorEntry*>(block.extra), length);
 }
 
-HRESULT CheckVideoFormat(const AM_MEDIA_TYPE& type, DWORD acceptedFormats, FormatBlocks blocks) {
+HRESULT CNerinCommon::CheckVideoFormat(const AM_MEDIA_TYPE& type, DWORD acceptedFormats, FormatBlocks blocks) {
     constexpr DWORD kAllFormats = 0x1FFF;
     if (!IsBlockAccepted(type.formattype, blocks) || (acceptedFormats & kAllFormats) == 0 ||
         type.majortype != MEDIATYPE_Video) {

@@ -23,8 +23,8 @@ RegionFlags ReadRegionFlagsN(IMFAttributes* store);
 Region ReadRegion(IMFAttributes* store);
 
 struct ProtectedArea {
-    RowRectangle rectangle; // in memory rows
-    std::int32_t top = 0;   // the stored top edge
+    Region rectangle;     // in memory rows
+    std::int32_t top = 0; // the stored top edge
 };
 
 // Kept: the width is the stored left edge minus itself, each read from the store, so the rectangle has no width unless

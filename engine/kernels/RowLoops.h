@@ -7,8 +7,8 @@
 // (a + b) >> 1 is the rounding average between complements: ~avg(~a, ~b). Twice that is (a + 2c + b) >> 2, so the bytes
 // stay bytes.
 //
-// Streamed rows: whole cache lines are streamed, and what lies before the first and after the last one is stored in the
-// ordinary way. A line that is stored in both ways costs many times what it saves.
+// Streamed rows: whole cache lines get non-temporal stores, and what lies before the first and after the last one gets
+// ordinary ones. A line that is stored in both ways costs many times what it saves.
 //
 // Instantiate this with types of an unnamed namespace only, as CombTrios.h, and call nothing else that is shared.
 #pragma once
@@ -143,7 +143,7 @@ void PutBytes(std::uint8_t* out, std::size_t i, std::size_t end, const Mix& mix)
     }
 }
 
-// Lines: stored line by line. Ordinary stores may lie across lines instead, and begin at the row's start.
+// Lines: every store stays within a cache line. Ordinary stores may cross lines instead, from the row's start on.
 template <class V, bool Streamed, bool Lines = Streamed, class Mix>
 void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix) {
     std::size_t i = 0;

@@ -3,7 +3,7 @@
 
 #include "engine/pixels/FrameShape.h"
 
-// Edges in pixels and rows of the picture, from its top left; right and bottom are exclusive. Any numbers.
+// Edges in pixels and rows; right and bottom are exclusive. Any numbers.
 struct Region {
     std::int32_t left = 0;
     std::int32_t top = 0;
@@ -21,7 +21,8 @@ struct ProcessedArea {
 // The whole frame.
 ProcessedArea WholeFrame(const FrameShape& shape);
 
-// The region, cut to the frame. In 16-bit frames it first becomes whole pixel pairs: the left edge loses its lowest
-// bit, then the width does, and no width becomes one pair. A region that is empty or inverted after that, or outside
-// the frame, gives an area of no rows. `shape` must be processable; the area returned lies within it.
+// The region, whose rows count from the top of the picture, cut to the frame. In 16-bit frames it first becomes whole
+// pixel pairs: the left edge loses its lowest bit, then the width does, and no width becomes one pair. A region that is
+// empty or inverted after that, or outside the frame, gives an area of no rows. `shape` must be processable; the area
+// returned lies within it.
 ProcessedArea PlaceRegion(const FrameShape& shape, const Region& region);

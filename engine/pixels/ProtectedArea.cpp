@@ -12,13 +12,13 @@ struct RowWalk {
     std::int64_t rows = 0;
 };
 
-RowWalk WalkPacked422(const FrameShape& shape, const RowRectangle& r) {
+RowWalk WalkPacked422(const FrameShape& shape, const Region& r) {
     const std::int64_t rows = std::int64_t{r.bottom} - r.top;
     const std::int64_t half = rows / 2;
     return {(std::int64_t{r.top} * shape.stride + r.left) * 2, (std::int64_t{r.right} - r.left) * 2, rows - half};
 }
 
-RowWalk WalkOtherDepths(const FrameShape& shape, const RowRectangle& r, std::int32_t protectedTop) {
+RowWalk WalkOtherDepths(const FrameShape& shape, const Region& r, std::int32_t protectedTop) {
     const std::int64_t firstRow = shape.topDown ? protectedTop : std::int64_t{shape.height} - r.bottom;
     const std::int64_t leftBytes = (std::int64_t{r.left} * shape.bits) >> 3;
     const std::int64_t width = std::int64_t{r.right} - r.left;
@@ -53,7 +53,7 @@ void CopyRow(std::uint8_t* output, const std::uint8_t* saved, std::int64_t frame
 } // namespace
 
 void RestoreProtectedArea(std::uint8_t* output, const std::uint8_t* saved, const FrameShape& shape, bool packed422,
-                          std::int32_t protectedTop, RowRectangle& r) {
+                          std::int32_t protectedTop, Region& r) {
     if (!output || !saved || !shape.IsProcessable() || r.left > r.right || r.top > r.bottom) {
         return;
     }

@@ -18,11 +18,11 @@ struct RestoreCase {
     FrameShape shape;
     bool packed422 = false;
     std::int32_t protectedTop = 0;
-    RowRectangle rectangle;
+    Region rectangle;
 };
 
 std::ostream& operator<<(std::ostream& out, const RestoreCase& c) {
-    const RowRectangle& r = c.rectangle;
+    const Region& r = c.rectangle;
     return out << c.shape.width << "x" << c.shape.height << " of " << c.shape.bits << " bits"
                << (c.shape.topDown ? " top-down" : " bottom-up") << (c.packed422 ? " packed" : "") << " top "
                << c.protectedTop << " rectangle " << r.left << "," << r.top << "," << r.right << "," << r.bottom
@@ -43,7 +43,7 @@ struct Walk {
 };
 
 Walk WalkOf(const RestoreCase& c) {
-    const RowRectangle& r = c.rectangle;
+    const Region& r = c.rectangle;
     if (r.left > r.right || r.top > r.bottom) {
         return {};
     }
@@ -75,7 +75,7 @@ public:
             output[i] = 0xEE;
             saved[i] = static_cast<std::uint8_t>(i % 0xED);
         }
-        RowRectangle rectangle = c.rectangle;
+        Region rectangle = c.rectangle;
         RestoreProtectedArea(output, saved, c.shape, c.packed422, c.protectedTop, rectangle);
 
         const Walk walk = WalkOf(c);
@@ -88,8 +88,8 @@ public:
     }
 
 private:
-    static bool IsCut(const RestoreCase& c, const RowRectangle& after) {
-        const RowRectangle& r = c.rectangle;
+    static bool IsCut(const RestoreCase& c, const Region& after) {
+        const Region& r = c.rectangle;
         const bool inverted = r.left > r.right || r.top > r.bottom;
         return after.left == r.left && after.top == r.top &&
                after.right == (inverted ? r.right : std::min(r.right, c.shape.width)) &&
@@ -115,7 +115,7 @@ TEST(ProtectedArea, RestoreFollowsItsOwnWalk) {
     for (const auto& format : kFormats) {
         for (const bool topDown : {false, true}) {
             RestoreCase c{ShapeOf(kWidth, kHeight, format.bits, topDown), format.packed422, 0, {}};
-            RowRectangle& r = c.rectangle;
+            Region& r = c.rectangle;
             for (r.left = -2; r.left <= kWidth + 2; ++r.left) {
                 for (r.right = -2; r.right <= kWidth + 2; ++r.right) {
                     for (r.top = -2; r.top <= kHeight + 2; ++r.top) {
@@ -147,7 +147,7 @@ TEST(ProtectedArea, RowsByExample) {
         const FrameShape shape = ShapeOf(4, 8, 16, c.topDown);
         std::vector<std::uint8_t> output(64, 0);
         const std::vector<std::uint8_t> saved(64, 1);
-        RowRectangle rectangle{0, c.top, 4, c.bottom};
+        Region rectangle{0, c.top, 4, c.bottom};
         RestoreProtectedArea(output.data(), saved.data(), shape, c.packed422, c.top, rectangle);
         std::string rows;
         for (std::size_t y = 0; y < 8; ++y) {
@@ -181,7 +181,7 @@ TEST(ProtectedArea, MissingBuffersAndImpossibleFramesAreLeftAlone) {
     std::uint8_t output = 9;
     const std::uint8_t saved = 1;
     for (const bool packed422 : {false, true}) {
-        RowRectangle all{0, -4, INT_MAX, INT_MAX};
+        Region all{0, -4, INT_MAX, INT_MAX};
         RestoreProtectedArea(nullptr, &saved, ShapeOf(4, 4, 24, false), packed422, 0, all);
         RestoreProtectedArea(&output, nullptr, ShapeOf(4, 4, 24, false), packed422, 0, all);
         for (const FrameShape& shape : impossible) {
@@ -201,7 +201,7 @@ TEST(ProtectedArea, NoCallTakesLong) {
         for (const std::int32_t top : {INT_MIN, -1'000'000, 0, 540, 1080}) {
             for (const bool packed422 : {false, true}) {
                 const auto start = std::chrono::steady_clock::now();
-                RowRectangle rectangle{left, top, INT_MAX, INT_MAX};
+                Region rectangle{left, top, INT_MAX, INT_MAX};
                 RestoreProtectedArea(output.data(), saved.data(), shape, packed422, top, rectangle);
                 EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500))
                     << "left " << left << " top " << top << (packed422 ? " packed" : "");

@@ -1,36 +1,31 @@
 // A transform object that leaves no trace in the user's saved settings.
 #pragma once
 
-#include "host/win/SavedSettings.h"
 #include "host/win/TransformModule.h"
 
-#include <mfapi.h>
 #include <mftransform.h>
-#include <wrl/client.h>
 
 namespace host {
 
-// Every transform object saves its settings when it goes. This owner lets it save those that it began with, then puts
-// back the saved value as it was, or takes it away when there was none; unless KeepSettings was called. References that
-// others hold to the transform must be gone before.
+// Kept: the object's last reference is never given up; the process ends with it. A transform saves its settings when it
+// goes, so letting it go would write over the user's settings, and over what another program saved meanwhile. Test:
+// ToolSettings.OldOnesStayByteForByte. References that others hold must be gone before this owner, which unloads a DLL
+// that it loaded.
 class CHeldTransform {
 public:
-    explicit CHeldTransform(const Options& options);
+    // Throws HostError with ExitCode::Transform.
+    explicit CHeldTransform(const Options& options)
+        : m_transform(m_module.Create(options).Detach()) {}
     CHeldTransform(const CHeldTransform&) = delete;
     CHeldTransform& operator=(const CHeldTransform&) = delete;
-    ~CHeldTransform();
 
-    IMFTransform* operator->() const { return m_transform.Get(); }
-    IMFTransform* Get() const { return m_transform.Get(); }
+    IMFTransform* operator->() const { return m_transform; }
+    IMFTransform* Get() const { return m_transform; }
     const CTransformModule& Module() const { return m_module; }
-    void KeepSettings() { m_keep = true; }
 
 private:
-    bool m_keep = false;
-    CSavedSettings m_saved;
     CTransformModule m_module;
-    Microsoft::WRL::ComPtr<IMFTransform> m_transform;
-    Microsoft::WRL::ComPtr<IMFAttributes> m_loaded; // the settings as the transform found them
+    IMFTransform* m_transform;
 };
 
 } // namespace host

@@ -2,10 +2,12 @@
 
 #include "host/parts/HostError.h"
 #include "host/win/Console.h"
+#include "host/win/DialogTimer.h"
 #include "host/win/Interrupt.h"
 #include "host/win/LiveShow.h"
 #include "host/win/PropertyFrame.h"
 #include "host/win/PropertySheet.h"
+#include "host/win/SavedSettings.h"
 #include "host/win/Text.h"
 #include "host/win/TransformClient.h"
 #include "host/win/UserInterface.h"
@@ -21,8 +23,8 @@ namespace {
 // What is in the transform's store, to see later whether it changed.
 class CStoreCopy {
 public:
-    explicit CStoreCopy(IMFTransform& transform) {
-        Check(transform.GetAttributes(m_store.GetAddressOf()), ExitCode::Transform, "the transform has no settings");
+    explicit CStoreCopy(ComPtr<IMFAttributes> store)
+        : m_store(std::move(store)) {
         Check(MFCreateAttributes(m_copy.GetAddressOf(), 24), ExitCode::Transform, "the settings cannot be kept");
         Check(m_store->CopyAllItems(m_copy.Get()), ExitCode::Transform, "the settings cannot be kept");
     }
@@ -36,6 +38,12 @@ private:
     ComPtr<IMFAttributes> m_store;
     ComPtr<IMFAttributes> m_copy;
 };
+
+ComPtr<IMFAttributes> StoreOf(CHeldTransform& transform) {
+    ComPtr<IMFAttributes> store;
+    Check(transform->GetAttributes(store.GetAddressOf()), ExitCode::Transform, "the transform has no settings");
+    return store;
+}
 
 ComPtr<INMFVDeinterlace> ControlOf(CHeldTransform& transform) {
     ComPtr<INMFVDeinterlace> control;
@@ -61,10 +69,16 @@ void ShowPages(CHeldTransform& transform, const Options& options) {
     }
 }
 
-// Shows the pages; saves when something was applied. An interrupted run saves nothing.
+// Shows the pages; saves when something was applied. An interrupted run saves nothing. The region page saves whenever
+// it is applied: unless the settings are to be saved in the end, that is undone.
 void EditSettings(CHeldTransform& transform, const Options& options) {
-    const CStoreCopy before(*transform.Get());
-    ShowPages(transform, options);
+    const ComPtr<IMFAttributes> store = StoreOf(transform);
+    const CStoreCopy before(store);
+    CSavedSettings saved(store);
+    {
+        const CDialogTimer timer([&saved] { saved.Look(); });
+        ShowPages(transform, options);
+    }
     ThrowIfInterrupted();
     if (!before.Differs()) {
         Report(options, "Nothing was changed; your saved settings are as they were.\n");
@@ -72,7 +86,7 @@ void EditSettings(CHeldTransform& transform, const Options& options) {
         Report(options, "What was applied is gone; your saved settings are as they were.\n");
     } else {
         Check(ControlOf(transform)->SaveAttributes(), ExitCode::Transform, "the settings cannot be saved");
-        transform.KeepSettings();
+        saved.Keep();
         Report(options, "Your settings are saved.\n");
     }
 }

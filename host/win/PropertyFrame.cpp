@@ -1,6 +1,5 @@
 #include "host/win/PropertyFrame.h"
 
-#include "host/win/InterruptTimer.h"
 #include "host/win/RegisteredTransform.h"
 #include "host/win/Text.h"
 #include "host/win/TransformPages.h"
@@ -39,7 +38,6 @@ void ShowPropertyFrame(CHeldTransform& transform) {
         classes.emplace_back(transform.Module(), id);
     }
     IUnknown* object = transform.Get();
-    const CInterruptTimer timer;
     const HRESULT result =
         OleCreatePropertyFrame(nullptr, CW_USEDEFAULT, CW_USEDEFAULT, RegisteredClasses()[0].name, 1, &object,
                                static_cast<ULONG>(ids.size()), ids.data(), GetUserDefaultLCID(), 0, nullptr);

@@ -1,6 +1,5 @@
 #include "host/win/PropertySheet.h"
 
-#include "host/win/InterruptTimer.h"
 #include "host/win/RegisteredTransform.h"
 #include "host/win/SheetPage.h"
 #include "host/win/Text.h"
@@ -72,7 +71,6 @@ void ShowPropertySheet(CHeldTransform& transform) {
     sheet.pszCaption = RegisteredClasses()[0].name;
     sheet.nPages = static_cast<UINT>(descriptions.size());
     sheet.ppsp = descriptions.data();
-    const CInterruptTimer timer;
     if (PropertySheetW(&sheet) < 0) {
         throw HostError(ExitCode::Display, "the property sheet cannot be shown: " + ErrorText(GetLastError()));
     }

@@ -2,6 +2,9 @@
 
 #include "host/win/RegistryKey.h"
 
+#include <algorithm>
+#include <mfapi.h>
+#include <new>
 #include <utility>
 
 namespace host {
@@ -33,31 +36,79 @@ bool IsEmpty(const std::wstring& path) {
            subkeys == 0 && values == 0;
 }
 
-} // namespace
-
-CSavedSettings::CSavedSettings()
-    : m_missingKeys(MissingKeys()) {
+// Nothing when it cannot be read. Another program may make it longer at any moment.
+std::optional<SavedValue> ReadValue() {
     const CRegistryKey key(HKEY_CURRENT_USER, kPath, KEY_READ);
+    SavedValue value{true, 0, std::vector<BYTE>(2048)};
     DWORD bytes = 0;
-    if (!key || RegQueryValueExW(key.Get(), kValue, nullptr, &m_type, nullptr, &bytes) != ERROR_SUCCESS) {
-        return;
+    LSTATUS status = key.Status();
+    if (key) {
+        do {
+            value.bytes.resize(std::max<std::size_t>(value.bytes.size(), bytes));
+            bytes = static_cast<DWORD>(value.bytes.size());
+            status = RegQueryValueExW(key.Get(), kValue, nullptr, &value.type, value.bytes.data(), &bytes);
+        } while (status == ERROR_MORE_DATA);
     }
-    m_value.resize(bytes);
-    m_hadValue = RegQueryValueExW(key.Get(), kValue, nullptr, &m_type, m_value.data(), &bytes) == ERROR_SUCCESS;
-    m_value.resize(bytes);
+    value.bytes.resize(bytes);
+    if (status == ERROR_FILE_NOT_FOUND) {
+        return SavedValue{};
+    }
+    return status == ERROR_SUCCESS ? std::optional(std::move(value)) : std::nullopt;
 }
 
-void CSavedSettings::PutBack() const {
-    if (const CRegistryKey key(HKEY_CURRENT_USER, kPath, KEY_READ | KEY_WRITE); key) {
-        if (m_hadValue) {
-            RegSetValueExW(key.Get(), kValue, 0, m_type, m_value.data(), static_cast<DWORD>(m_value.size()));
-        } else {
-            RegDeleteValueW(key.Get(), kValue);
+void WriteValue(const SavedValue& value) {
+    if (const CRegistryKey key(HKEY_CURRENT_USER, kPath, KEY_READ | KEY_WRITE); !key) {
+        return;
+    } else if (value.exists) {
+        RegSetValueExW(key.Get(), kValue, 0, value.type, value.bytes.data(), static_cast<DWORD>(value.bytes.size()));
+    } else {
+        RegDeleteValueW(key.Get(), kValue);
+    }
+}
+
+// What the transform writes when it saves this store; empty when that fails.
+std::vector<BYTE> BlobOf(IMFAttributes& store) {
+    UINT32 size = 0;
+    if (FAILED(MFGetAttributesAsBlobSize(&store, &size))) {
+        return {};
+    }
+    std::vector<BYTE> blob(size);
+    return SUCCEEDED(MFGetAttributesAsBlob(&store, blob.data(), size)) ? blob : std::vector<BYTE>();
+}
+
+} // namespace
+
+CSavedSettings::CSavedSettings(Microsoft::WRL::ComPtr<IMFAttributes> store)
+    : m_store(std::move(store))
+    , m_missingKeys(MissingKeys())
+    , m_others(ReadValue()) {}
+
+CSavedSettings::~CSavedSettings() {
+    if (!m_keep) {
+        PutBack();
+    }
+}
+
+void CSavedSettings::Look() noexcept try {
+    const std::optional<SavedValue> now = ReadValue();
+    if (now && now != m_others && now != m_own) {
+        const bool own = *now == SavedValue{true, REG_BINARY, BlobOf(*m_store.Get())};
+        (own ? m_own : m_others) = now;
+    }
+} catch (const std::bad_alloc&) {
+    // As if nobody had looked.
+}
+
+void CSavedSettings::PutBack() noexcept try {
+    Look();
+    if (m_others && m_own && ReadValue() == m_own) {
+        WriteValue(*m_others);
+        for (auto path = m_missingKeys.rbegin(); path != m_missingKeys.rend() && IsEmpty(*path); ++path) {
+            RegDeleteKeyW(HKEY_CURRENT_USER, path->c_str());
         }
     }
-    for (auto path = m_missingKeys.rbegin(); path != m_missingKeys.rend() && IsEmpty(*path); ++path) {
-        RegDeleteKeyW(HKEY_CURRENT_USER, path->c_str());
-    }
+} catch (const std::bad_alloc&) {
+    // The transform's settings stay saved, as any other client's would.
 }
 
 } // namespace host

@@ -160,7 +160,6 @@ void CTransformClient::Finish() {
     Message(MFT_MESSAGE_NOTIFY_END_STREAMING, "the end of streaming");
     if (m_save) {
         Must(m_control->SaveAttributes(), "the settings cannot be saved");
-        m_transform.KeepSettings();
     }
 }
 

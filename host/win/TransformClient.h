@@ -43,9 +43,9 @@ private:
     Microsoft::WRL::ComPtr<IMFMediaBuffer> m_buffer;
 };
 
-// COM and Media Foundation must be started, and outlive the object. Leaves the user's saved settings as they were when
-// the object was made, unless options.save is set and Finish is reached. All methods throw HostError with
-// ExitCode::Transform and belong to one thread.
+// COM and Media Foundation must be started, and outlive the object. Leaves the user's saved settings alone, unless
+// options.save is set and Finish is reached. All methods throw HostError with ExitCode::Transform and belong to one
+// thread.
 class CTransformClient {
 public:
     CTransformClient(const Options& options, const StreamShape& shape);

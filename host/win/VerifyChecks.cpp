@@ -3,7 +3,6 @@
 #include "host/parts/HostError.h"
 #include "host/win/DllFile.h"
 #include "host/win/RegisteredTransform.h"
-#include "host/win/SavedSettings.h"
 #include "host/win/Text.h"
 
 #include <NMFVDeinterlace.h>
@@ -188,12 +187,10 @@ Finding LookAtTypeLibrary(const VerifySubject& subject, std::size_t) {
 
 Finding LookAtObject(const VerifySubject& subject, std::size_t row) {
     const RegisteredClass& registered = RegisteredClasses()[row];
-    const CSavedSettings saved; // a transform saves its settings when it goes
     ComPtr<IUnknown> object;
     const HRESULT result = CoCreateInstance(*registered.id, nullptr, CLSCTX_INPROC_SERVER, *registered.shows,
                                             reinterpret_cast<void**>(object.GetAddressOf()));
-    object.Reset();
-    saved.PutBack();
+    (void)object.Detach(); // never let go, as in CHeldTransform
     if (SUCCEEDED(result)) {
         return Fine("created");
     }
@@ -201,7 +198,6 @@ Finding LookAtObject(const VerifySubject& subject, std::size_t row) {
 }
 
 Finding LookAtAutomation(const VerifySubject& subject, std::size_t) {
-    const CSavedSettings saved;
     ComPtr<IDispatch> object;
     DISPID id = 0;
     wchar_t name[] = L"Enabled";
@@ -211,8 +207,7 @@ Finding LookAtAutomation(const VerifySubject& subject, std::size_t) {
     if (SUCCEEDED(result)) {
         result = object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &id);
     }
-    object.Reset();
-    saved.PutBack();
+    (void)object.Detach(); // never let go, as in CHeldTransform
     return SUCCEEDED(result) ? Fine("finds members by name")
                              : Wrong("does not find members by name: " + ResultText(result), RegisterAgain(subject));
 }

@@ -99,6 +99,28 @@ TEST_F(PagesVerb, WhatIsAppliedIsSavedUnlessToldOtherwise) {
     }
 }
 
+// The region page saves when it is applied. That is undone, but never what another program saves.
+TEST_F(PagesVerb, WithoutSavingOnlyTheOwnSaveIsUndone) {
+    const std::vector<BYTE> others(9000, 7);
+    for (const bool othersSave : {false, true}) {
+        WriteSavedSettings(REG_BINARY, m_saved);
+        const ToolResult result = RunWith("pages --no-save", [&](HWND sheet) {
+            for (const auto& [page, control] : {std::pair(1, kEnableRoi), std::pair(0, kMergeFields)}) {
+                SelectPage(sheet, page);
+                Click(sheet, control);
+                PressButton(sheet, PSBTN_APPLYNOW);
+                Sleep(1000); // a person's pace
+                EXPECT_NE(ReadSavedSettings(), m_saved) << "page " << page;
+            }
+            if (othersSave) {
+                WriteSavedSettings(REG_BINARY, others);
+            }
+        });
+        EXPECT_EQ(result.code, 0u) << result.errors;
+        EXPECT_EQ(ReadSavedSettings(), othersSave ? others : m_saved);
+    }
+}
+
 // How far the rows of one picture of the live window are apart. The clip's are, as it is all combs.
 int RowContrast(HWND live, bool after) {
     RECT client{};

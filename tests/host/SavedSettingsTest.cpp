@@ -26,6 +26,7 @@ protected:
     }
 
     const Bytes m_clip = MakeY4m(32, 24, 4, {1});
+    const Bytes m_longClip = MakeY4m(64, 48, 8, {}); // not in a pipe as a whole, so its frames are being taken
     std::vector<BYTE> m_users;
 };
 
@@ -43,16 +44,21 @@ TEST_F(ToolSettings, NoneStayNone) {
     }
 }
 
+// Those that were saved when the run began, or by another program while it ran.
 TEST_F(ToolSettings, OldOnesStayByteForByte) {
     ASSERT_EQ(Run("- - --save --mode all --sensitivity 3.5", {m_clip}).code, 0u);
     const std::vector<BYTE> own = ReadSavedSettings();
     ASSERT_FALSE(own.empty());
     const std::vector<BYTE> damaged = {1, 2, 3, 4, 5};
+    const std::vector<BYTE> others(9000, 7);
     for (const std::vector<BYTE>& saved : {own, damaged}) {
         WriteSavedSettings(REG_BINARY, saved);
         for (const char* run : kRuns) {
             Run(run, {m_clip});
             EXPECT_EQ(ReadSavedSettings(), saved) << run;
+            Run(run, {m_longClip, SIZE_MAX, [&others](HANDLE) { WriteSavedSettings(REG_BINARY, others); }});
+            EXPECT_EQ(ReadSavedSettings(), others) << run;
+            WriteSavedSettings(REG_BINARY, saved);
         }
         Bytes cut = m_clip;
         cut.pop_back();

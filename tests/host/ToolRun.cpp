@@ -35,25 +35,6 @@ void Feed(HANDLE pipe, const Bytes& bytes, const std::function<void()>& beforeEn
     CloseHandle(pipe);
 }
 
-bool HasUnfinishedFile(const std::filesystem::path& folder) {
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        if (entry.path().extension() == ".part") {
-            return true;
-        }
-    }
-    return false;
-}
-
-void KillWhenUnfinished(HANDLE process, const std::filesystem::path& folder) {
-    for (int i = 0; i < 500 && !HasUnfinishedFile(folder); ++i) {
-        Sleep(20);
-    }
-    EXPECT_TRUE(HasUnfinishedFile(folder));
-    Sleep(100); // the program marks the file for deletion only after it has made it
-    TerminateProcess(process, 99);
-    WaitForSingleObject(process, INFINITE);
-}
-
 Bytes Drain(HANDLE pipe, std::size_t limit) {
     Bytes all;
     std::uint8_t buffer[65536];
@@ -101,8 +82,8 @@ ToolResult RunTool(const std::filesystem::path& folder, const std::vector<std::s
     CloseHandle(errors.write);
     std::thread feeder([&] {
         Feed(in.write, input.bytes, [&] {
-            if (input.kill) {
-                KillWhenUnfinished(process.hProcess, folder);
+            if (input.meanwhile) {
+                input.meanwhile(process.hProcess);
             }
         });
     });

@@ -4,6 +4,7 @@
 #include "tests/host/MemoryStreams.h"
 #include "tests/support/Files.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,8 @@ struct ToolResult {
 
 struct ToolInput {
     Bytes bytes;
-    std::size_t readAtMost = SIZE_MAX; // of standard output, which is closed then
-    bool kill = false;                 // end the program by force once an unfinished file of it can be seen
+    std::size_t readAtMost = SIZE_MAX;                 // of standard output, which is closed then
+    std::function<void(void* process)> meanwhile = {}; // called when all bytes are in the pipe, before it is closed
 };
 
 // nmfvdeint.exe beside the test program, its standard streams connected to pipes. Paths are relative to the folder.

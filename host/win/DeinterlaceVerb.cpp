@@ -51,24 +51,42 @@ private:
     std::uint64_t m_deinterlaced = 0;
 };
 
-// An output file or pipe and what is written to it; nothing at all for --to none.
+// All files that the run writes, opened before any work is done: what is wrong with a name is told at once. The input
+// must not be open yet, as an output may replace it.
+struct Outputs {
+    std::unique_ptr<IOutput> clip; // none for --to none
+    std::vector<std::unique_ptr<IOutput>> stills;
+};
+
+Outputs OpenOutputs(const Command& command) {
+    Outputs outputs;
+    if (command.outputKind != OutputKind::None) {
+        outputs.clip = OpenOutput(command.output, command.options.force);
+    }
+    for (const Still& still : command.options.stills) {
+        outputs.stills.push_back(OpenOutput(still.path, command.options.force));
+    }
+    return outputs;
+}
+
+// The clip's output and what is written to it; nothing at all for --to none.
 class COutput {
 public:
-    COutput(const Command& command, const ClipInfo& clip, const StreamShape& shape) {
-        if (command.outputKind == OutputKind::None) {
-            return;
-        }
-        SinkFormat format{shape.pixels, shape.width, shape.height, shape.rate, clip.aspect, clip.fullRange};
-        m_output = OpenOutput(command.output, command.options.force);
-        switch (command.outputKind) {
+    COutput(std::unique_ptr<IOutput> output, OutputKind kind, const ClipInfo& clip, const StreamShape& shape)
+        : m_output(std::move(output)) {
+        const SinkFormat format{shape.pixels, shape.width, shape.height, shape.rate, clip.aspect, clip.fullRange};
+        switch (kind) {
+        case OutputKind::None:
+            break;
         case OutputKind::Avi:
             m_sink = MakeAviSink(*m_output, format);
             break;
         case OutputKind::Raw:
             m_sink = MakeRawSink(*m_output, format);
             break;
-        default:
+        case OutputKind::Y4m:
             m_sink = MakeY4mSink(*m_output, format);
+            break;
         }
     }
 
@@ -93,16 +111,17 @@ private:
 // The pictures that --still asks for.
 class CStills {
 public:
-    CStills(const Options& options, const StreamShape& shape, bool fullRange)
-        : m_stills(options.stills)
-        , m_replace(options.force)
+    CStills(const std::vector<Still>& stills, std::vector<std::unique_ptr<IOutput>> outputs, const StreamShape& shape,
+            bool fullRange)
+        : m_stills(stills)
+        , m_outputs(std::move(outputs))
         , m_shape(shape)
         , m_converter(LayoutOf(shape.pixels), Layout::Rgb24, shape.width, shape.height, fullRange) {}
 
     void Look(std::uint64_t frame, const std::uint8_t* before, const std::uint8_t* after) {
-        for (const Still& still : m_stills) {
-            if (still.frame == frame) {
-                Write(still, before, after);
+        for (std::size_t i = 0; i < m_stills.size(); ++i) {
+            if (m_stills[i].frame == frame) {
+                Write(*m_outputs[i], frame, before, after);
             }
         }
     }
@@ -119,13 +138,11 @@ public:
     }
 
 private:
-    void Write(const Still& still, const std::uint8_t* before, const std::uint8_t* after) {
+    void Write(IOutput& output, std::uint64_t frame, const std::uint8_t* before, const std::uint8_t* after) {
         Image beforePicture(m_shape.width, m_shape.height);
         Image afterPicture(m_shape.width, m_shape.height);
         const Window window = MostCombedWindow(m_shape.pixels, m_shape.width, m_shape.height, before);
-        WritePng(still.path,
-                 ComposeStill(ToPicture(before, beforePicture), ToPicture(after, afterPicture), window, still.frame),
-                 m_replace);
+        WritePng(output, ComposeStill(ToPicture(before, beforePicture), ToPicture(after, afterPicture), window, frame));
     }
 
     FrameView ToPicture(const std::uint8_t* frame, Image& picture) {
@@ -140,7 +157,7 @@ private:
     }
 
     std::vector<Still> m_stills;
-    bool m_replace;
+    std::vector<std::unique_ptr<IOutput>> m_outputs; // of each still its own
     StreamShape m_shape;
     CFrameConverter m_converter;
 };
@@ -149,12 +166,13 @@ private:
 
 void RunDeinterlace(const Command& command) {
     const CPlatform platform;
+    Outputs outputs = OpenOutputs(command);
     CInput input(command);
     const ClipInfo clip = input.Info();
     const StreamShape shape{input.Feed(), clip.width, clip.height, input.Rate()};
     CTransformClient client(command.options, shape);
-    COutput output(command, clip, shape);
-    CStills stills(command.options, shape, clip.fullRange);
+    COutput output(std::move(outputs.clip), command.outputKind, clip, shape);
+    CStills stills(command.options.stills, std::move(outputs.stills), shape, clip.fullRange);
     CDecisions decisions(client.Active(), client.TimePerFrame());
     RunSummary summary;
     {

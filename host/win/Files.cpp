@@ -135,7 +135,7 @@ public:
     CFileOutput(const CFileOutput&) = delete;
     CFileOutput& operator=(const CFileOutput&) = delete;
     ~CFileOutput() override {
-        if (!m_committed) {
+        if (!m_whole) {
             Close();
             DeleteFileW(m_temporary.c_str());
         }
@@ -156,10 +156,12 @@ public:
             Fail(ExitCode::Output, Name() + ": the finished file cannot be kept: " + ErrorText(GetLastError()));
         }
         Close();
+        m_whole = true; // whatever happens to its name, the file stays
         if (!MoveFileExW(m_temporary.c_str(), m_path.c_str(), m_replace ? MOVEFILE_REPLACE_EXISTING : 0)) {
-            Fail(ExitCode::Output, Name() + ": the finished file cannot get its name: " + ErrorText(GetLastError()));
+            const std::string why = ErrorText(GetLastError());
+            Fail(ExitCode::Output, Name() + ": the finished file cannot get its name: " + why +
+                                       ". It lies complete in " + ToUtf8(m_temporary) + ".");
         }
-        m_committed = true;
     }
 
 private:
@@ -167,7 +169,7 @@ private:
     std::wstring m_temporary;
     bool m_replace;
     bool m_marked;
-    bool m_committed = false;
+    bool m_whole = false;
 };
 
 // A device such as NUL is written to as it is: it must not be replaced by a file.
@@ -179,6 +181,41 @@ std::unique_ptr<IOutput> OpenDevice(const std::wstring& path, const std::string&
     }
     const HANDLE handle = device.Get();
     return std::make_unique<CHandleOutput>(std::move(device), handle, name);
+}
+
+// What would only fail in the end, when the work is done, fails now as far as it can be known.
+void CheckTarget(const std::wstring& path, const std::string& name, bool replace) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        return;
+    }
+    if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
+        Fail(ExitCode::Output, name + ": is a folder. Name a file.");
+    }
+    if (!replace) {
+        Fail(ExitCode::Output, name + ": exists already. Name another file, or add --force to replace it.");
+    }
+    if (attributes & FILE_ATTRIBUTE_READONLY) {
+        Fail(ExitCode::Output, name + ": is write-protected, so it cannot be replaced.");
+    }
+    const CHandle alone(CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!alone) {
+        Fail(ExitCode::Output, name + ": cannot be replaced: " + ErrorText(GetLastError()));
+    }
+}
+
+// Never one that is there: it may be the finished work of a run whose process had the same number.
+CHandle CreateTemporary(const std::wstring& path, std::wstring& temporary) {
+    const std::wstring stem = path + L"." + std::to_wstring(GetCurrentProcessId());
+    temporary = stem + L".part";
+    for (unsigned i = 1;; ++i) {
+        CHandle file(CreateFileW(temporary.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (file || GetLastError() != ERROR_FILE_EXISTS) {
+            return file;
+        }
+        temporary = stem + L"-" + std::to_wstring(i) + L".part";
+    }
 }
 
 } // namespace
@@ -204,12 +241,9 @@ std::unique_ptr<IOutput> OpenOutput(const std::string& path, bool replace) {
     if (auto device = OpenDevice(wide, path)) {
         return device;
     }
-    if (!replace && GetFileAttributesW(wide.c_str()) != INVALID_FILE_ATTRIBUTES) {
-        Fail(ExitCode::Output, path + ": exists already. Name another file, or add --force to replace it.");
-    }
-    std::wstring temporary = wide + L"." + std::to_wstring(GetCurrentProcessId()) + L".part";
-    CHandle file(CreateFileW(temporary.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
-                             FILE_ATTRIBUTE_NORMAL, nullptr));
+    CheckTarget(wide, path, replace);
+    std::wstring temporary;
+    CHandle file = CreateTemporary(wide, temporary);
     if (!file) {
         Fail(ExitCode::Output, path + ": cannot be created: " + ErrorText(GetLastError()));
     }

@@ -15,13 +15,13 @@ std::unique_ptr<IByteReader> OpenReader(const std::string& path);
 // An output that only gets its name when it is whole.
 class IOutput : public IByteWriter {
 public:
-    // Gives the output its final name. What is not committed is removed on destruction; a pipe or device keeps what
-    // was written.
+    // Gives the output its final name; a whole file that cannot get it stays under its temporary one, which the error
+    // names. What is not committed is removed on destruction; a pipe or device keeps what was written.
     virtual void Commit() = 0;
 };
 
-// "-" is standard output. A file that exists is replaced (by Commit) only when `replace` is set. Throws HostError with
-// ExitCode::Output.
+// "-" is standard output. A file that exists is replaced (by Commit) only when `replace` is set and nobody has it open
+// now, this program included. Throws HostError with ExitCode::Output.
 std::unique_ptr<IOutput> OpenOutput(const std::string& path, bool replace);
 
 } // namespace host

@@ -1,6 +1,5 @@
 #include "host/win/Png.h"
 
-#include "host/win/Files.h"
 #include "host/win/Text.h"
 
 #include <objbase.h>
@@ -51,11 +50,10 @@ std::vector<BYTE> Encode(const std::string& path, const Image& image) {
 
 } // namespace
 
-void WritePng(const std::string& path, const Image& image, bool replace) {
-    const std::vector<BYTE> bytes = Encode(path, image);
-    const auto output = OpenOutput(path, replace);
-    output->Write(bytes.data(), bytes.size());
-    output->Commit();
+void WritePng(IOutput& output, const Image& image) {
+    const std::vector<BYTE> bytes = Encode(output.Name(), image);
+    output.Write(bytes.data(), bytes.size());
+    output.Commit();
 }
 
 } // namespace host

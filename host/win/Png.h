@@ -1,13 +1,12 @@
 #pragma once
 
 #include "host/parts/Still.h"
-
-#include <string>
+#include "host/win/Files.h"
 
 namespace host {
 
-// Writes the image as a PNG file by way of the platform's imaging component. COM must be initialised. Throws HostError
-// with ExitCode::Output; nothing half-written is left.
-void WritePng(const std::string& path, const Image& image, bool replace);
+// Writes the image as a PNG file by way of the platform's imaging component, and commits it. COM must be initialised.
+// Throws HostError with ExitCode::Output.
+void WritePng(IOutput& output, const Image& image);
 
 } // namespace host

@@ -40,6 +40,11 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
     Write("text.dll", {'n', 'o', ' ', 'D', 'L', 'L'});
     Write("odd.y4m", FromText("YUV4MPEG2 W3 H2 F25:1 C422\nFRAME\n0123456789abcdef"));
     Write("empty.y4m", {});
+    Write("open.y4m", {});
+    const std::ifstream open(m_folder / "open.y4m");
+    Write("protected.y4m", {});
+    SetFileAttributesW((m_folder / "protected.y4m").c_str(), FILE_ATTRIBUTE_READONLY);
+    std::filesystem::create_directory(m_folder / "folder.y4m");
     const std::vector<std::string> before = Files();
     constexpr struct {
         const char* line;
@@ -58,8 +63,11 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"- out.y4m", 2, "standard input"},
         {"clip.y4m exists.y4m", 3, "--force"},
         {"clip.y4m absent/out.y4m", 3, "absent/out.y4m: cannot be created"},
-        {"clip.y4m --to none --still 1 exists.y4m", 3, "--force"},
-        {"clip.y4m --to none --still 1 absent/p.png", 3, "absent/p.png"},
+        {"- open.y4m --force", 3, "open.y4m: cannot be replaced"},
+        {"- protected.y4m --force", 3, "write-protected"},
+        {"- folder.y4m --force", 3, "is a folder"},
+        {"- --to none --still 1 exists.y4m", 3, "--force"},
+        {"- --to none --still 1 absent/p.png", 3, "absent/p.png"},
         {"clip.y4m out.y4m --dll absent.dll", 4, "absent.dll: cannot be loaded"},
         {"clip.y4m out.y4m --dll text.dll", 4, "text.dll: cannot be loaded"},
         {"clip.y4m out.y4m --dll kernel32.dll", 4, "kernel32.dll"},
@@ -73,6 +81,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         EXPECT_EQ(Files(), before) << c.line;
     }
     EXPECT_EQ(Read("exists.y4m"), (Bytes{1, 2, 3}));
+    SetFileAttributesW((m_folder / "protected.y4m").c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_F(ToolErrors, PagesNeedADesktop) {
@@ -97,6 +106,34 @@ TEST_F(ToolErrors, AKilledRunLeavesNothing) {
         const auto kill = [this](HANDLE process) { KillWhenUnfinished(process, m_folder); };
         EXPECT_EQ(Run(line, {MakeY4m(32, 24, 5, {}), SIZE_MAX, kill}).code, 99u);
         EXPECT_TRUE(Files().empty()) << line;
+    }
+}
+
+// What takes the output's name while the run works costs nothing that is finished.
+TEST_F(ToolErrors, AWholeFileStaysUnderItsTemporaryName) {
+    const Bytes clip = MakeY4m(64, 48, 8, {}); // not in a pipe as a whole, so the run is past its beginning
+    const Bytes want = Run("- -", {clip}).output;
+    const std::filesystem::path target = m_folder / "out.y4m";
+    std::ofstream open;
+    struct Case {
+        const char* line;
+        std::function<void(HANDLE)> meanwhile;
+    };
+    const Case cases[] = {
+        {"- out.y4m", [&](HANDLE) { Write("out.y4m", {1}); }},
+        {"- out.y4m --force", [&](HANDLE) { open.open(target); }},
+        {"- out.y4m --force", [&](HANDLE) { std::filesystem::create_directory(target); }},
+    };
+    for (const Case& c : cases) {
+        std::filesystem::remove(target);
+        const ToolResult result = Run(c.line, {clip, SIZE_MAX, c.meanwhile});
+        open.close();
+        EXPECT_EQ(result.code, 3u) << result.errors;
+        const std::vector<std::string> files = Files();
+        ASSERT_EQ(files.size(), 2u) << result.errors;
+        EXPECT_NE(result.errors.find("complete in " + files[1]), std::string::npos) << result.errors;
+        EXPECT_EQ(Read(files[1]), want);
+        std::filesystem::remove(m_folder / files[1]);
     }
 }
 

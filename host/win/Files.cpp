@@ -28,6 +28,7 @@ public:
         , m_name(std::move(name)) {}
 
     std::size_t Read(void* buffer, std::size_t bytes) override {
+        const CTransfer transfer;
         DWORD got = 0;
         if (ReadFile(m_handle, buffer, Portion(bytes), &got, nullptr)) {
             m_position += got;
@@ -70,6 +71,7 @@ public:
     void Write(const void* data, std::size_t bytes) override {
         const auto* next = static_cast<const char*>(data);
         while (bytes != 0) {
+            const CTransfer transfer;
             DWORD done = 0;
             if (!WriteFile(m_handle, next, Portion(bytes), &done, nullptr)) {
                 FailWrite(GetLastError());

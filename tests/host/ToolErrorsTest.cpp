@@ -137,6 +137,35 @@ TEST_F(ToolErrors, AWholeFileStaysUnderItsTemporaryName) {
     }
 }
 
+// Ctrl-C, as the console delivers it: in a thread of the program's own.
+void Interrupt(HANDLE process) {
+    auto* const routine = reinterpret_cast<LPTHREAD_START_ROUTINE>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "CtrlRoutine")));
+    Sleep(500); // until the program waits in its pipe
+    CloseHandle(CreateRemoteThread(process, nullptr, 0, routine, ULongToPtr(CTRL_C_EVENT), 0, nullptr));
+    if (WaitForSingleObject(process, 3000) != WAIT_OBJECT_0) {
+        ADD_FAILURE() << "the program waits on";
+        TerminateProcess(process, 98);
+    }
+}
+
+TEST_F(ToolErrors, AnInterruptedRunDoesNotWaitForItsPipes) {
+    const Bytes clip = MakeY4m(320, 240, 1, {});
+    const struct {
+        const char* line;
+        Bytes bytes;
+        bool readLate;
+    } cases[] = {{"- out.y4m", Front(clip, 1), false}, {"- - --still 9 p.png", clip, true}};
+    for (const auto& c : cases) {
+        for (const bool stubborn : {false, true}) {
+            const ToolResult result = Run(c.line, {c.bytes, SIZE_MAX, &Interrupt, c.readLate, stubborn});
+            EXPECT_EQ(result.code, 5u) << c.line << ": " << result.errors;
+            EXPECT_NE(result.errors.find("nmfvdeint: interrupted"), std::string::npos) << result.errors;
+            EXPECT_TRUE(Files().empty()) << c.line;
+        }
+    }
+}
+
 TEST_F(ToolErrors, ForceAndKeepDoAsTheySay) {
     const Bytes clip = MakeY4m(32, 24, 3, {1});
     Write("clip.y4m", clip);

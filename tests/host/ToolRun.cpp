@@ -11,15 +11,22 @@ namespace host {
 
 namespace {
 
-// One pipe whose one end the program inherits.
+// One pipe whose one end the program inherits. The platform cancels what waits in a handle for overlapped transfers
+// only when it is asked by the transfer's own structure; a transfer without one waits all the same.
 struct Pipe {
     HANDLE read = nullptr;
     HANDLE write = nullptr;
 
-    explicit Pipe(bool programReads) {
+    Pipe(bool programReads, bool stubborn) {
+        static int number = 0;
+        const std::wstring name =
+            L"\\\\.\\pipe\\nmfv-test-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++number);
         SECURITY_ATTRIBUTES inherit{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-        CreatePipe(&read, &write, &inherit, 0);
-        SetHandleInformation(programReads ? write : read, HANDLE_FLAG_INHERIT, 0);
+        const DWORD flags = stubborn ? FILE_FLAG_OVERLAPPED : 0;
+        read = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_INBOUND | (programReads ? flags : 0), PIPE_TYPE_BYTE, 1, 4096,
+                                4096, 0, programReads ? &inherit : nullptr);
+        write = CreateFileW(name.c_str(), GENERIC_WRITE, 0, programReads ? nullptr : &inherit, OPEN_EXISTING,
+                            programReads ? 0 : flags, nullptr);
     }
 };
 
@@ -62,9 +69,9 @@ std::wstring CommandLine(const std::vector<std::string>& arguments) {
 
 ToolResult RunTool(const std::filesystem::path& folder, const std::vector<std::string>& arguments,
                    const ToolInput& input) {
-    Pipe in(true);
-    Pipe out(false);
-    Pipe errors(false);
+    const Pipe in(true, input.stubborn);
+    const Pipe out(false, input.stubborn);
+    const Pipe errors(false, false);
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
@@ -91,6 +98,9 @@ ToolResult RunTool(const std::filesystem::path& folder, const std::vector<std::s
         const Bytes text = Drain(errors.read, SIZE_MAX);
         result.errors.assign(text.begin(), text.end());
     });
+    if (input.readLate) {
+        WaitForSingleObject(process.hProcess, INFINITE);
+    }
     result.output = Drain(out.read, input.readAtMost);
     WaitForSingleObject(process.hProcess, INFINITE);
     GetExitCodeProcess(process.hProcess, &result.code);

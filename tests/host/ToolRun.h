@@ -22,6 +22,8 @@ struct ToolInput {
     Bytes bytes;
     std::size_t readAtMost = SIZE_MAX;                 // of standard output, which is closed then
     std::function<void(void* process)> meanwhile = {}; // called when all bytes are in the pipe, before it is closed
+    bool readLate = false;                             // standard output is not read until the program has ended
+    bool stubborn = false;                             // a read or write of the program that waits cannot be cancelled
 };
 
 // nmfvdeint.exe beside the test program, its standard streams connected to pipes. Paths are relative to the folder.

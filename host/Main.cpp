@@ -73,7 +73,7 @@ void Run() {
 }
 
 int Fail(host::ExitCode code, const std::string& text) {
-    host::Say("nmfvdeint: " + text + "\n");
+    host::Say("nmfvdeint: " + host::Printable(text) + "\n");
     return static_cast<int>(code);
 }
 

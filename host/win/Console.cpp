@@ -39,7 +39,8 @@ void Say(std::string_view text) {
 
 void Print(std::string_view text) {
     if (!WriteToTerminal(GetStdHandle(STD_OUTPUT_HANDLE), text)) {
-        OpenOutput("-", false)->Write(text.data(), text.size());
+        static const std::unique_ptr<IOutput> output = OpenOutput("-", false); // one, as it counts the bytes
+        output->Write(text.data(), text.size());
     }
 }
 

@@ -12,7 +12,10 @@
 #include "host/win/Interrupt.h"
 #include "host/win/Platform.h"
 #include "host/win/Png.h"
+#include "host/win/Text.h"
 #include "host/win/TransformClient.h"
+
+#include <algorithm>
 
 namespace host {
 
@@ -51,6 +54,23 @@ private:
     std::uint64_t m_deinterlaced = 0;
 };
 
+// Throws when a picture would take the name of another file of the run. The clip may replace its input.
+void CheckNames(const Command& command) {
+    const auto nameOf = [](const std::string& path) { return path == "-" ? L"-" : FullPath(ToWide(path)); };
+    std::vector<std::wstring> taken = {nameOf(command.output)};
+    if (command.input != "-") {
+        taken.push_back(nameOf(command.input));
+    }
+    for (const Still& still : command.options.stills) {
+        const std::wstring name = nameOf(still.path);
+        if (std::any_of(taken.begin(), taken.end(), [&name](const auto& other) { return SamePath(name, other); })) {
+            throw HostError(ExitCode::Usage,
+                            still.path + ": another file of this run has this name. Name another one.");
+        }
+        taken.push_back(name);
+    }
+}
+
 // All files that the run writes, opened before any work is done: what is wrong with a name is told at once. The input
 // must not be open yet, as an output may replace it.
 struct Outputs {
@@ -59,6 +79,7 @@ struct Outputs {
 };
 
 Outputs OpenOutputs(const Command& command) {
+    CheckNames(command);
     Outputs outputs;
     if (command.outputKind != OutputKind::None) {
         outputs.clip = OpenOutput(command.output, command.options.force);

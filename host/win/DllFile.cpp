@@ -15,12 +15,6 @@ std::wstring PathOf(HMODULE module) {
 
 } // namespace
 
-std::wstring FullPath(const std::wstring& path) {
-    wchar_t full[32768];
-    const DWORD length = GetFullPathNameW(path.c_str(), ARRAYSIZE(full), full, nullptr);
-    return length != 0 && length < ARRAYSIZE(full) ? std::wstring(full, length) : path;
-}
-
 std::wstring DllBesideProgram() {
     std::wstring path = PathOf(nullptr);
     path.resize(path.find_last_of(L"\\/") + 1);

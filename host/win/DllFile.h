@@ -7,9 +7,6 @@
 
 namespace host {
 
-// The path from its root; the path itself when the platform knows none.
-std::wstring FullPath(const std::wstring& path);
-
 // NMFVDeitrx.dll beside this program; empty when it is not there.
 std::wstring DllBesideProgram();
 

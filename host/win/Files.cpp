@@ -73,7 +73,9 @@ public:
         while (bytes != 0) {
             const CTransfer transfer;
             DWORD done = 0;
-            if (!WriteFile(m_handle, next, Portion(bytes), &done, nullptr)) {
+            const BOOL written = WriteFile(m_handle, next, Portion(bytes), &done, nullptr);
+            m_written += done;
+            if (!written) {
                 FailWrite(GetLastError());
             }
             if (done == 0) {
@@ -81,7 +83,6 @@ public:
             }
             next += done;
             bytes -= done;
-            m_written += done;
         }
     }
 
@@ -105,7 +106,8 @@ private:
             Fail(ExitCode::Output, m_name + ": the program that reads it has ended" + at + ".");
         case ERROR_DISK_FULL:
         case ERROR_HANDLE_DISK_FULL:
-            Fail(ExitCode::Output, m_name + ": the disk is full" + at + "; nothing is left of it.");
+            // An unfinished file goes, a pipe or device keeps what it got.
+            Fail(ExitCode::Output, m_name + ": the disk is full" + at + (CanSeek() ? "; nothing is left of it." : "."));
         default:
             Fail(ExitCode::Output, m_name + ": cannot be written" + at + ": " + ErrorText(error));
         }
@@ -221,6 +223,16 @@ CHandle CreateTemporary(const std::wstring& path, std::wstring& temporary) {
 }
 
 } // namespace
+
+std::wstring FullPath(const std::wstring& path) {
+    wchar_t full[32768];
+    const DWORD length = GetFullPathNameW(path.c_str(), ARRAYSIZE(full), full, nullptr);
+    return length != 0 && length < ARRAYSIZE(full) ? std::wstring(full, length) : path;
+}
+
+bool SamePath(const std::wstring& a, const std::wstring& b) {
+    return CompareStringOrdinal(a.c_str(), -1, b.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
 
 std::unique_ptr<IByteReader> OpenReader(const std::string& path) {
     if (path == "-") {

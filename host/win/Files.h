@@ -9,6 +9,11 @@
 
 namespace host {
 
+// The path from its root; the path itself when the platform knows none.
+std::wstring FullPath(const std::wstring& path);
+// Whether both name one place; as the transform's own registration does, without a look at the disk.
+bool SamePath(const std::wstring& a, const std::wstring& b);
+
 // "-" is standard input. Throws HostError with ExitCode::Input.
 std::unique_ptr<IByteReader> OpenReader(const std::string& path);
 

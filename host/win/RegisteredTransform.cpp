@@ -137,8 +137,4 @@ std::string VersionText(const std::optional<FileVersion>& version) {
     return text;
 }
 
-bool SamePath(const std::wstring& a, const std::wstring& b) {
-    return CompareStringOrdinal(a.c_str(), -1, b.c_str(), -1, TRUE) == CSTR_EQUAL;
-}
-
 } // namespace host

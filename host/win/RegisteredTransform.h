@@ -57,7 +57,4 @@ struct FileVersion {
 std::optional<FileVersion> VersionOf(const std::wstring& path);
 std::string VersionText(const std::optional<FileVersion>& version);
 
-// Whether both name one place; as the transform's own registration does, without a look at the disk.
-bool SamePath(const std::wstring& a, const std::wstring& b);
-
 } // namespace host

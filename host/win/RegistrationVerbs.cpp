@@ -4,6 +4,7 @@
 #include "host/win/BoxWatch.h"
 #include "host/win/Console.h"
 #include "host/win/DllFile.h"
+#include "host/win/Files.h"
 #include "host/win/Platform.h"
 #include "host/win/RegisteredTransform.h"
 #include "host/win/RegistryKey.h"
@@ -108,7 +109,7 @@ void CheckRights() {
 
 void Tell(const Options& options, const std::string& text) {
     if (!options.quiet) {
-        Print(text + "\n");
+        Print(Printable(text) + "\n");
     }
 }
 
@@ -118,7 +119,7 @@ void Call(const CServer& server, const char* name) {
     CBoxWatch watch;
     const HRESULT result = entry();
     for (const std::string& text : watch.Stop()) {
-        Say("nmfvdeint: " + server.Name() + " says: " + text + "\n");
+        Say("nmfvdeint: " + Printable(server.Name() + " says: " + text) + "\n");
     }
     if (FAILED(result)) {
         Fail(server.Name() + ": " + name + " failed: " + ResultText(result) + "." +

@@ -37,6 +37,18 @@ std::string ToUtf8(std::wstring_view wide) {
     return out;
 }
 
+std::string Printable(std::string_view text) {
+    std::wstring wide = ToWide(text);
+    for (wchar_t& c : wide) {
+        if (c == L'\t' || c == L'\n' || c == L'\r') {
+            c = L' ';
+        } else if (c < L' ' || (c >= 0x7F && c < 0xA0)) {
+            c = L'?';
+        }
+    }
+    return ToUtf8(wide);
+}
+
 std::string ErrorText(DWORD error) {
     return SystemText(error) + "(error " + std::to_string(error) + ")";
 }

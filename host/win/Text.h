@@ -12,6 +12,10 @@ namespace host {
 std::wstring ToWide(std::string_view utf8);
 std::string ToUtf8(std::wstring_view wide);
 
+// The text in one line: line ends and tabs are blanks, other control characters '?'. For what comes from files and
+// other programs, and might have a terminal do as it says.
+std::string Printable(std::string_view text);
+
 // "Access is denied. (error 5)", "Access is denied. (E_ACCESSDENIED, 0x80070005)"
 std::string ErrorText(DWORD error);
 std::string ResultText(HRESULT result);

@@ -1,6 +1,7 @@
 #include "host/win/TransformModule.h"
 
 #include "host/parts/HostError.h"
+#include "host/win/Files.h"
 #include "host/win/Text.h"
 
 #include <NMFVDeinterlace.h>

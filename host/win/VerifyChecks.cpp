@@ -2,6 +2,7 @@
 
 #include "host/parts/HostError.h"
 #include "host/win/DllFile.h"
+#include "host/win/Files.h"
 #include "host/win/RegisteredTransform.h"
 #include "host/win/Text.h"
 

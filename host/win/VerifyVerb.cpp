@@ -3,6 +3,7 @@
 #include "host/parts/HostError.h"
 #include "host/win/Console.h"
 #include "host/win/DllFile.h"
+#include "host/win/Files.h"
 #include "host/win/Platform.h"
 #include "host/win/RegisteredTransform.h"
 #include "host/win/Text.h"
@@ -18,8 +19,10 @@ std::string LineOf(const VerifyCheck& check, const Finding& finding) {
     constexpr const char* kMarks[] = {"ok     ", "-      ", "WRONG  "};
     std::string line = kMarks[static_cast<int>(finding.verdict)] + std::string(check.name);
     line.resize(kNameWidth + 7, ' ');
-    line += finding.text + "\n";
-    return finding.mend.empty() ? line : line + std::string(kNameWidth + 7, ' ') + "To mend it: " + finding.mend + "\n";
+    line += Printable(finding.text) + "\n";
+    return finding.mend.empty()
+               ? line
+               : line + std::string(kNameWidth + 7, ' ') + "To mend it: " + Printable(finding.mend) + "\n";
 }
 
 } // namespace

@@ -54,7 +54,12 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"clip.y4m out.y4m --mdoe all", 1, "did you mean --mode?"},
         {"clip.y4m out.y4m --roi 0,0,33,24", 1, "32x24"},
         {"clip.y4m out.y4m --protect 0,0,32,25", 1, "32x24"},
+        {"clip.y4m out.y4m --still 1 ./OUT.y4m", 1, "./OUT.y4m: another file of this run"},
+        {"clip.y4m --to none --still 1 p.png --still 2 p.png", 1, "p.png: another file of this run"},
+        {"clip.y4m - --still 1 -", 1, "-: another file of this run"},
+        {"clip.y4m --to none --still 1 clip.y4m --force", 1, "clip.y4m: another file of this run"},
         {"absent.y4m out.y4m", 2, "absent.y4m: cannot be opened"},
+        {"\x1B]0;\x07\xC2\x9B.y4m out.y4m", 2, "nmfvdeint: ?]0;??.y4m: cannot be opened"},
         {"cut.y4m out.y4m", 2, "inside frame 2"},
         {"cut.y4m out.avi", 2, "inside frame 2"},
         {"cut.y4m - --to raw", 2, "inside frame 2"},
@@ -94,10 +99,14 @@ TEST_F(ToolErrors, PagesNeedADesktop) {
 }
 
 TEST_F(ToolErrors, AReaderThatEndsIsNamed) {
-    const ToolResult result = Run("- -", {MakeY4m(320, 240, 20, {}), 1000});
-    EXPECT_EQ(result.code, 3u);
-    EXPECT_NE(result.errors.find("standard output: the program that reads it has ended"), std::string::npos)
-        << result.errors;
+    const Bytes clip = MakeY4m(16, 16, 800, {});
+    for (const char* line : {"- -", "analyse - --csv"}) {
+        const ToolResult result = Run(line, {clip, 1000});
+        EXPECT_EQ(result.code, 3u) << line;
+        EXPECT_NE(result.errors.find("standard output: the program that reads it has ended"), std::string::npos)
+            << result.errors;
+        EXPECT_GE(NumberBefore(result.errors, " bytes."), static_cast<long>(result.output.size())) << result.errors;
+    }
 }
 
 // Not even its temporary file is left by a program that could clean nothing up.

@@ -60,7 +60,8 @@ void CBoxWatch::Run() {
 
 BOOL CALLBACK CBoxWatch::OnWindow(HWND window, LPARAM watch) {
     auto& self = *reinterpret_cast<CBoxWatch*>(watch);
-    if (ClassOf(window) != L"#32770") {
+    // A box is shown when it has its text; one that is still being built has none.
+    if (ClassOf(window) != L"#32770" || !IsWindowVisible(window)) {
         return TRUE;
     }
     if (std::find(self.m_seen.begin(), self.m_seen.end(), window) == self.m_seen.end()) {
@@ -69,7 +70,7 @@ BOOL CALLBACK CBoxWatch::OnWindow(HWND window, LPARAM watch) {
         self.m_seen.push_back(window);
         self.m_texts.push_back(ToUtf8(text));
     }
-    // A box that is still being built does not hear it; the next look says it again.
+    // A box that does not hear it yet is told again at the next look.
     PostMessageW(window, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), 0);
     return TRUE;
 }

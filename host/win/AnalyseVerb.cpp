@@ -23,7 +23,7 @@ struct LineForm {
 constexpr LineForm kTable = {"  frame      count  threshold    ratio  verdict\n", "%7llu %10lu %10lu %8.4f  %s\n"};
 constexpr LineForm kCsv = {"frame,count,threshold,ratio,verdict\n", "%llu,%lu,%lu,%.6f,%s\n"};
 
-// The ratio is to the threshold at sensitivity 1: it is the sensitivity from which on the frame would pass.
+// The ratio is to the threshold at sensitivity 1: it is the lowest sensitivity that calls the frame clean.
 void PrintFrame(const LineForm& form, std::size_t frame, const CombScan& scan, double ratio) {
     char line[120];
     std::snprintf(line, sizeof line, form.format, static_cast<unsigned long long>(frame),

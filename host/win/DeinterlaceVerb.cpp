@@ -91,9 +91,9 @@ Outputs OpenOutputs(const Command& command) {
 }
 
 // The clip's output and what is written to it; nothing at all for --to none.
-class COutput {
+class CClipOutput {
 public:
-    COutput(std::unique_ptr<IOutput> output, OutputKind kind, const ClipInfo& clip, const StreamShape& shape)
+    CClipOutput(std::unique_ptr<IOutput> output, OutputKind kind, const ClipInfo& clip, const StreamShape& shape)
         : m_output(std::move(output)) {
         const SinkFormat format{shape.pixels, shape.width, shape.height, shape.rate, clip.aspect, clip.fullRange};
         switch (kind) {
@@ -192,7 +192,7 @@ void RunDeinterlace(const Command& command) {
     const ClipInfo clip = input.Info();
     const StreamShape shape{input.Feed(), clip.width, clip.height, input.Rate()};
     CTransformClient client(command.options, shape);
-    COutput output(std::move(outputs.clip), command.outputKind, clip, shape);
+    CClipOutput output(std::move(outputs.clip), command.outputKind, clip, shape);
     CStills stills(command.options.stills, std::move(outputs.stills), shape, clip.fullRange);
     CDecisions decisions(client.Active(), client.TimePerFrame());
     RunSummary summary;

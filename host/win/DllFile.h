@@ -10,7 +10,7 @@ namespace host {
 // NMFVDeitrx.dll beside this program; empty when it is not there.
 std::wstring DllBesideProgram();
 
-// Holds a loaded DLL. Must outlive every object that the DLL made.
+// Holds a loaded DLL. Must outlive every use of an object that the DLL made.
 class CDllFile {
 public:
     // Throws HostError with ExitCode::Transform.

@@ -13,13 +13,6 @@ public:
         : m_handle(handle) {}
     CHandle(CHandle&& other) noexcept
         : m_handle(std::exchange(other.m_handle, INVALID_HANDLE_VALUE)) {}
-    CHandle& operator=(CHandle&& other) noexcept {
-        if (this != &other) {
-            Reset();
-            m_handle = std::exchange(other.m_handle, INVALID_HANDLE_VALUE);
-        }
-        return *this;
-    }
     ~CHandle() { Reset(); }
 
     explicit operator bool() const { return m_handle != INVALID_HANDLE_VALUE; }

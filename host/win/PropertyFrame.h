@@ -6,8 +6,8 @@
 namespace host {
 
 // Shows the pages that the transform names, and returns when the frame is closed. The pages come from where
-// PageFactory has them. The calling thread must be a CUserInterface's. When the run is interrupted the frame closes as
-// by Cancel. Throws HostError with ExitCode::Transform or ExitCode::Display.
+// PageFactory has them. The calling thread must be a CUserInterface's. Throws HostError with ExitCode::Transform or
+// ExitCode::Display.
 void ShowPropertyFrame(CHeldTransform& transform);
 
 // False where the platform's frame shows pages but never tells them to apply.

@@ -5,10 +5,9 @@
 
 namespace host {
 
-// Shows the pages that the transform names, and returns when the sheet is closed. The pages come from the transform's
-// own DLL when it was loaded as a file, else from the registry. The calling thread must be a CUserInterface's. When the
-// run is interrupted the sheet closes as by Cancel. Throws HostError with
-// ExitCode::Transform or ExitCode::Display.
+// Shows the pages that the transform names, and returns when the sheet is closed. The pages come from where
+// PageFactory has them. The calling thread must be a CUserInterface's. Throws HostError with ExitCode::Transform or
+// ExitCode::Display.
 void ShowPropertySheet(CHeldTransform& transform);
 
 } // namespace host

@@ -66,7 +66,6 @@ public:
     const ActiveSettings& Active() const { return m_active; }
     // How long the transform itself has worked on frames so far.
     std::chrono::steady_clock::duration Worked() const { return m_worked; }
-    std::size_t FrameBytes() const { return m_frameBytes; }
     // 100 ns units, as the transform knows it.
     std::int64_t TimePerFrame() const { return static_cast<std::int64_t>(m_timePerFrame); }
 

@@ -11,7 +11,8 @@
 
 namespace host {
 
-// Holds the DLL, when it was loaded by its path. Must outlive every object that it created.
+// Holds the DLL, when it was loaded by its path. Must outlive every use of an object that it
+// created.
 class CTransformModule {
 public:
     CTransformModule() = default;

@@ -38,8 +38,8 @@ void ApplyMode(INMFVDeinterlace& control, Mode mode) {
     }
 }
 
-// Picture coordinates as the transform counts them: its rectangles are for frames whose first row in memory is the
-// picture's lowest, so for the others they are turned over.
+// Picture coordinates as the transform counts them: from the last row in memory. That is the picture's top row where
+// frames are bottom-up; for the others the rectangle is turned over.
 Area ForTransform(const Area& area, const SettingsFrame& frame, const char* option) {
     if (area.right > frame.width || area.bottom > frame.height) {
         throw HostError(ExitCode::Usage, std::string(option) + " leaves the picture, which is " +

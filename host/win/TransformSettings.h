@@ -7,8 +7,8 @@
 
 namespace host {
 
-// The frames that the settings are for: rectangles are clamped to the size, and turned over for rows that are stored
-// top row first.
+// The frames that the settings are for: rectangles must lie within the size, and are turned over for frames that are
+// stored top row first.
 struct SettingsFrame {
     int width = 0;
     int height = 0;

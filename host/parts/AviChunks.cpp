@@ -24,7 +24,7 @@ std::array<std::uint8_t, N> ReadFront(CInputStream& input, const AviChunk& chunk
     std::array<std::uint8_t, N> front{};
     const std::size_t wanted = std::min<std::size_t>(N, chunk.bytes);
     const std::size_t got = input.Read(front.data(), wanted);
-    input.Skip(std::uint64_t{chunk.bytes} + (chunk.bytes & 1) - got);
+    SkipChunk(input, chunk, got);
     return front;
 }
 
@@ -62,14 +62,23 @@ AviBitmapHeader ReadBitmapHeader(CInputStream& input, const AviChunk& chunk) {
             static_cast<std::uint16_t>(bytes[14] | bytes[15] << 8), Little32(&bytes[16])};
 }
 
-void SkipChunk(CInputStream& input, const AviChunk& chunk) {
-    input.Skip(std::uint64_t{chunk.bytes} + (chunk.bytes & 1));
+bool SkipChunk(CInputStream& input, const AviChunk& chunk, std::uint64_t taken) {
+    const std::uint64_t contents = chunk.bytes - taken;
+    const bool whole = input.Skip(contents) == contents;
+    input.Skip(chunk.bytes & 1); // the last pad byte of a file may be missing
+    return whole;
+}
+
+bool IsFourCcText(std::uint32_t code) {
+    char text[4];
+    std::memcpy(text, &code, sizeof text);
+    return std::all_of(std::begin(text), std::end(text), [](char c) { return c >= ' ' && c < 127; });
 }
 
 std::string FourCcText(std::uint32_t code) {
     char text[16];
-    std::memcpy(text + 1, &code, 4);
-    if (std::all_of(text + 1, text + 5, [](char c) { return c >= ' ' && c < 127; })) {
+    if (IsFourCcText(code)) {
+        std::memcpy(text + 1, &code, 4);
         text[0] = text[5] = '\'';
         return std::string(text, 6);
     }

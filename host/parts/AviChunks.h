@@ -16,7 +16,7 @@ struct AviChunk {
 };
 
 // The next chunk header; the lists that hold frames and stream headers are entered, all other lists are plain chunks.
-// Nothing at the end of the input or when it ends inside the header.
+// Nothing at the end of the input or when it ends inside the header, which is then taken.
 std::optional<AviChunk> NextChunk(CInputStream& input);
 
 // What a stream header chunk (strh) and a bitmap header (strf) say, as far as it matters here.
@@ -37,8 +37,12 @@ struct AviBitmapHeader {
 AviStreamHeader ReadStreamHeader(CInputStream& input, const AviChunk& chunk);
 AviBitmapHeader ReadBitmapHeader(CInputStream& input, const AviChunk& chunk);
 
-// Takes a chunk's contents and its pad byte off the input.
-void SkipChunk(CInputStream& input, const AviChunk& chunk);
+// Takes the rest of a chunk's contents, of which `taken` bytes are read, and its pad byte off the input; false when
+// that ends inside the contents.
+bool SkipChunk(CInputStream& input, const AviChunk& chunk, std::uint64_t taken = 0);
+
+// Whether the code is four printable characters, as those of chunks are.
+bool IsFourCcText(std::uint32_t code);
 
 // "'H264'" or "0x00000001" for messages.
 std::string FourCcText(std::uint32_t code);

@@ -1,8 +1,8 @@
 #include "host/parts/AviSource.h"
 
 #include "host/parts/AviChunks.h"
+#include "host/parts/FrameBytes.h"
 #include "host/parts/HostError.h"
-#include "host/parts/Truncated.h"
 
 #include <algorithm>
 #include <numeric>
@@ -41,7 +41,7 @@ public:
         if (!riff || riff->id != FourCc('R', 'I', 'F', 'F') || riff->type != FourCc('A', 'V', 'I', ' ')) {
             Refuse("this is no AVI file (it does not begin with \"RIFF....AVI \"). Say what it is with --from.");
         }
-        m_declaredEnd = riff->bytes < kUnknownSize ? std::uint64_t{riff->bytes} + 8 : 0;
+        BeginPart(*riff);
         ReadHeaders();
         if (m_stream < 0) {
             Refuse("the AVI file holds no video stream before its frames.");
@@ -59,8 +59,15 @@ private:
     }
     void ReadHeaders();
     void TakeFormat(const AviStreamHeader& stream, const AviBitmapHeader& bitmap);
-    bool IsFrame(std::uint32_t id) const;
+    void BeginPart(const AviChunk& riff);
+    void Enter(const AviChunk& list);
+    bool IsFrame(const AviChunk& chunk) const;
+    bool PassesPart(const AviChunk& chunk) const;
     void ReadFrame(const AviChunk& chunk);
+    bool Pass(const AviChunk& chunk);
+    bool IsComplete() const;
+    void CheckEnd(std::uint64_t start) const;
+    [[noreturn]] void ThrowTooLarge(const AviChunk& chunk) const;
 
     CInputStream& m_input;
     ClipInfo m_info;
@@ -71,7 +78,10 @@ private:
     std::size_t m_stride = 0; // as the current frame has it
     std::vector<std::uint8_t> m_frame;
     std::uint64_t m_next = 0;
-    std::uint64_t m_declaredEnd = 0; // of the first RIFF chunk; 0 when a writer could not know it
+    std::uint64_t m_declared = 0;           // frames that the header promises; 0 when its writer could not know
+    std::uint32_t m_chunkBytes = 0;         // of every frame that is there
+    std::optional<std::uint64_t> m_partEnd; // of the current RIFF chunk, when its writer could know it
+    bool m_inFrames = false;                // behind the list of frames comes the part's index
 };
 
 void CAviSource::ReadHeaders() {
@@ -79,6 +89,7 @@ void CAviSource::ReadHeaders() {
     AviStreamHeader header;
     while (const auto chunk = NextChunk(m_input)) {
         if (chunk->type == FourCc('m', 'o', 'v', 'i')) {
+            Enter(*chunk);
             return;
         }
         if (chunk->type == FourCc('s', 't', 'r', 'l')) {
@@ -93,7 +104,8 @@ void CAviSource::ReadHeaders() {
             SkipChunk(m_input, *chunk);
         }
     }
-    Refuse("the AVI file ends before its frames begin.");
+    Refuse("the AVI file ends at byte " + std::to_string(m_input.Position()) +
+           ", before its frames begin: it is cut off or damaged.");
 }
 
 void CAviSource::TakeFormat(const AviStreamHeader& stream, const AviBitmapHeader& bitmap) {
@@ -126,35 +138,99 @@ void CAviSource::TakeFormat(const AviStreamHeader& stream, const AviBitmapHeader
     m_padded = (m_tight + 3) & ~std::size_t{3};
     m_stride = m_padded;
     m_frame.resize(m_padded * static_cast<std::size_t>(height));
+    // A writer that could not go back to write sizes had no count either, whatever stands there. Other headers count
+    // the frames of one part, or the chunks of all streams.
+    m_declared = m_partEnd ? stream.length : 0;
     // The count that the header names is believed only as far as the file can hold it; from a pipe it is a guess.
     if (const auto size = m_input.Size()) {
         m_info.frames = std::min<std::uint64_t>(stream.length, *size / (m_tight * static_cast<std::size_t>(height)));
     }
 }
 
-// Frames are chunks "NNdb" or "NNdc", NN the stream's number.
-bool CAviSource::IsFrame(std::uint32_t id) const {
+void CAviSource::BeginPart(const AviChunk& riff) {
+    const bool known = riff.bytes != 0 && riff.bytes < kUnknownSize;
+    m_partEnd = known ? std::optional<std::uint64_t>(riff.offset + 8 + riff.bytes) : std::nullopt;
+    m_inFrames = false;
+}
+
+void CAviSource::Enter(const AviChunk& list) {
+    if (list.id == FourCc('R', 'I', 'F', 'F')) {
+        BeginPart(list);
+    } else if (list.type == FourCc('m', 'o', 'v', 'i')) {
+        m_inFrames = true;
+    }
+}
+
+// Frames are chunks "NNdb" or "NNdc", NN the stream's number. Entries of the index look the same.
+bool CAviSource::IsFrame(const AviChunk& chunk) const {
     const auto digit = [](int value) { return static_cast<char>('0' + value); };
     const char tens = digit(m_stream / 10);
     const char ones = digit(m_stream % 10);
-    return id == FourCc(tens, ones, 'd', 'b') || id == FourCc(tens, ones, 'd', 'c');
+    return m_inFrames && (chunk.id == FourCc(tens, ones, 'd', 'b') || chunk.id == FourCc(tens, ones, 'd', 'c'));
+}
+
+bool CAviSource::PassesPart(const AviChunk& chunk) const {
+    return m_partEnd && chunk.offset + 8 + chunk.bytes > *m_partEnd;
 }
 
 bool CAviSource::Next() {
+    std::uint64_t start = m_input.Position();
     while (const auto chunk = NextChunk(m_input)) {
-        if (IsFrame(chunk->id)) {
+        if (chunk->type != 0) {
+            Enter(*chunk);
+        } else if (m_partEnd && start >= *m_partEnd) {
+            break; // what follows the last part is no part of the clip
+        } else if (IsFrame(*chunk)) {
             ReadFrame(*chunk);
             ++m_next;
             return true;
+        } else if (!Pass(*chunk)) {
+            break;
         }
-        if (chunk->type == 0) {
-            SkipChunk(m_input, *chunk);
-        }
+        start = m_input.Position();
     }
-    if (m_input.Position() < m_declaredEnd) {
-        ThrowTruncated(m_input, m_next, 0, m_frame.size());
+    CheckEnd(start);
+    return false;
+}
+
+// Takes a chunk that is no frame. False where the file ends or goes wrong in an index behind the last frame: nothing is
+// lost with that.
+bool CAviSource::Pass(const AviChunk& chunk) {
+    m_inFrames = m_inFrames && chunk.id != FourCc('i', 'd', 'x', '1');
+    if (m_inFrames && !IsFourCcText(chunk.id)) {
+        ThrowDamaged(m_input, chunk.offset, m_next, "no chunk begins there");
+    }
+    if (!PassesPart(chunk) && SkipChunk(m_input, chunk)) {
+        return true;
+    }
+    const bool index = !m_inFrames || (chunk.id & 0xFFFF) == FourCc('i', 'x', 0, 0);
+    if (!index || !IsComplete()) {
+        ThrowTooLarge(chunk);
     }
     return false;
+}
+
+void CAviSource::ThrowTooLarge(const AviChunk& chunk) const {
+    ThrowDamaged(m_input, chunk.offset, m_next,
+                 "the " + std::to_string(chunk.bytes) + " bytes of the chunk " + FourCcText(chunk.id) +
+                     " are more than what is left of the file or of its part");
+}
+
+// Whether all frames are there. A count that was too low for the frames so far says nothing of the rest.
+bool CAviSource::IsComplete() const {
+    return m_next >= m_declared && (!m_inFrames || (m_declared != 0 && m_next == m_declared));
+}
+
+// Throws when frames are missing at the end; `start` is where another chunk would have begun.
+void CAviSource::CheckEnd(std::uint64_t start) const {
+    const bool cut = m_partEnd ? start < *m_partEnd : m_input.Position() != start;
+    if (cut && !IsComplete()) {
+        ThrowDamaged(m_input, m_input.Position(), m_next, "the file ends inside one of its parts");
+    }
+    if (m_next < m_declared) {
+        ThrowDamaged(m_input, m_input.Position(), m_next,
+                     "the header declares " + std::to_string(m_declared) + " frames, and no more are there");
+    }
 }
 
 void CAviSource::ReadFrame(const AviChunk& chunk) {
@@ -164,16 +240,19 @@ void CAviSource::ReadFrame(const AviChunk& chunk) {
     const std::size_t rows = static_cast<std::size_t>(m_info.height);
     m_stride = chunk.bytes >= m_padded * rows ? m_padded : m_tight;
     const std::size_t wanted = m_stride * rows;
-    if (chunk.bytes < wanted) {
-        Refuse("frame " + std::to_string(m_next) + " (byte " + std::to_string(chunk.offset) + ") has " +
-               std::to_string(chunk.bytes) + " bytes; a frame of this size needs " + std::to_string(wanted) +
-               ". The file is damaged.");
+    const std::size_t least = m_chunkBytes != 0 ? m_chunkBytes : wanted;
+    if (PassesPart(chunk)) {
+        ThrowTooLarge(chunk);
     }
+    if (chunk.bytes < least || (m_chunkBytes != 0 && chunk.bytes > least)) {
+        ThrowDamaged(m_input, chunk.offset, m_next,
+                     "it has " + std::to_string(chunk.bytes) + " bytes instead of " + std::to_string(least));
+    }
+    m_chunkBytes = chunk.bytes;
     const std::size_t got = m_input.Read(m_frame.data(), wanted);
-    if (got != wanted) {
-        ThrowTruncated(m_input, m_next, got, wanted);
+    if (got != wanted || !SkipChunk(m_input, chunk, wanted)) {
+        ThrowCutOff(m_input, m_next, got, wanted);
     }
-    m_input.Skip(std::uint64_t{chunk.bytes} + (chunk.bytes & 1) - wanted);
 }
 
 FrameView CAviSource::Frame() const {

@@ -31,10 +31,10 @@ private:
     ExitCode m_code;
 };
 
-// The input ends inside a frame; the frames before it were whole.
-class TruncatedError : public HostError {
+// The input is cut off or damaged where its frames are; the frames before that place were whole.
+class DamagedError : public HostError {
 public:
-    explicit TruncatedError(const std::string& text)
+    explicit DamagedError(const std::string& text)
         : HostError(ExitCode::Input, text) {}
 };
 

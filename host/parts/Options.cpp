@@ -76,7 +76,7 @@ constexpr OptionRow kRows[] = {
      "(as the input says; progressive where it says nothing).",
      [](Options& o, std::string_view v) { o.lines = PickWord<LineSampling>("--lines", v, kLines); }},
     {kInOut, "--cut-off", "fail|keep",
-     "input that ends inside a frame: fail (normal), or keep the whole frames before it.",
+     "input that is cut off or damaged: fail (normal), or keep the whole frames before that place.",
      [](Options& o, std::string_view v) { o.keepCutOff = PickWord<bool>("--cut-off", v, kCutOff); }},
     {kInOut, "--force", "", "replace files that exist.", [](Options& o, std::string_view) { o.force = true; }},
     {kInOut, "--still", "N,FILE",

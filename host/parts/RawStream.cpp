@@ -1,7 +1,7 @@
 #include "host/parts/RawStream.h"
 
+#include "host/parts/FrameBytes.h"
 #include "host/parts/FrameSink.h"
-#include "host/parts/Truncated.h"
 
 #include <vector>
 
@@ -29,7 +29,7 @@ public:
     bool Next() override {
         const std::size_t got = m_input.Read(m_frame.data(), m_frame.size());
         if (got != 0 && got != m_frame.size()) {
-            ThrowTruncated(m_input, m_next, got, m_frame.size());
+            ThrowCutOff(m_input, m_next, got, m_frame.size());
         }
         ++m_next;
         return got != 0;

@@ -2,11 +2,14 @@
 
 #include "host/parts/HostError.h"
 
+#include <algorithm>
+
 namespace host {
 
 namespace {
 
 constexpr std::string_view kMagic = "YUV4MPEG2";
+constexpr std::string_view kFrame = "FRAME";
 
 struct ColorTag {
     std::string_view tag;
@@ -105,6 +108,15 @@ ClipInfo ParseY4mHeader(std::string_view line, const std::string& name) {
         Refuse(name, "the Y4M header names no width or no height.");
     }
     return clip;
+}
+
+bool IsY4mFrameLine(std::string_view line) {
+    if (!line.starts_with(kFrame)) {
+        return false;
+    }
+    const std::string_view fields = line.substr(kFrame.size());
+    const bool printable = std::all_of(fields.begin(), fields.end(), [](char c) { return c >= ' ' && c < 127; });
+    return printable && (fields.empty() || fields[0] == ' ') && fields.find(kFrame) == fields.npos;
 }
 
 bool Y4mFrameHasFieldChroma(std::string_view frameLine, bool otherwise) {

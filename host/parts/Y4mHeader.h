@@ -12,6 +12,10 @@ namespace host {
 // when it describes what the tool cannot take; `name` is the input's, for the message.
 ClipInfo ParseY4mHeader(std::string_view line, const std::string& name);
 
+// Whether a line (without its end) can begin a frame. A line end that was lost joins the line to picture bytes and the
+// next FRAME line; that would be read as one frame.
+bool IsY4mFrameLine(std::string_view line);
+
 // Whether a frame of a mixed stream has field-wise chroma, from its FRAME line; `otherwise` where the line says
 // nothing.
 bool Y4mFrameHasFieldChroma(std::string_view frameLine, bool otherwise);

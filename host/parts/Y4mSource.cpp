@@ -1,7 +1,7 @@
 #include "host/parts/Y4mSource.h"
 
+#include "host/parts/FrameBytes.h"
 #include "host/parts/HostError.h"
-#include "host/parts/Truncated.h"
 #include "host/parts/Y4mHeader.h"
 
 #include <vector>
@@ -38,14 +38,12 @@ public:
         if (!line && m_input.Position() == start) {
             return false;
         }
-        if (!line || line->compare(0, 5, "FRAME") != 0) {
-            throw HostError(ExitCode::Input, m_input.Name() + ": frame " + std::to_string(m_next) + " (byte " +
-                                                 std::to_string(start) +
-                                                 ") does not begin with \"FRAME\": the stream is damaged or cut off.");
+        if (!line || !IsY4mFrameLine(*line)) {
+            ThrowDamaged(m_input, start, m_next, "it has no whole \"FRAME\" line");
         }
         const std::size_t got = m_input.Read(m_frame.data(), m_frame.size());
         if (got != m_frame.size()) {
-            ThrowTruncated(m_input, m_next, got, m_frame.size());
+            ThrowCutOff(m_input, m_next, got, m_frame.size());
         }
         const bool interlaced = m_info.scan == Scan::Interlaced || m_info.scan == Scan::Mixed;
         m_fieldChroma = Y4mFrameHasFieldChroma(*line, interlaced);

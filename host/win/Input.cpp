@@ -94,7 +94,7 @@ bool CInput::Read(std::uint8_t* frame) {
         if (!m_source->Next()) {
             return false;
         }
-    } catch (const TruncatedError& error) {
+    } catch (const DamagedError& error) {
         if (!m_keepCutOff) {
             throw;
         }

@@ -5,7 +5,6 @@
 #include "host/parts/HostError.h"
 
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
 namespace host {
@@ -128,10 +127,7 @@ void CAviSource::TakeFormat(const AviStreamHeader& stream, const AviBitmapHeader
     m_info.layout = found->layout;
     m_info.width = bitmap.width;
     m_info.height = static_cast<int>(height);
-    if (stream.rate != 0 && stream.scale != 0) {
-        const std::uint32_t common = std::gcd(stream.rate, stream.scale);
-        m_info.rate = Rational{stream.rate / common, stream.scale / common};
-    }
+    m_info.rate = UsableRate({stream.rate, stream.scale});
     const bool rgb = found->compression == 0;
     m_topDown = !rgb || bitmap.height < 0;
     m_tight = static_cast<std::size_t>(bitmap.width) * static_cast<std::size_t>(found->bits) / 8;

@@ -8,15 +8,8 @@ namespace host {
 
 namespace {
 
+constexpr double kMinRate = 1.0 / 3600;
 constexpr double kMaxRate = 10000;
-
-std::optional<Rational> Checked(Rational rate) {
-    if (rate.numerator == 0 || rate.denominator == 0 || rate.Value() > kMaxRate) {
-        return std::nullopt;
-    }
-    const std::uint32_t common = std::gcd(rate.numerator, rate.denominator);
-    return Rational{rate.numerator / common, rate.denominator / common};
-}
 
 std::optional<Rational> FromDecimal(double value) {
     if (!(value > 0) || value > kMaxRate) {
@@ -24,12 +17,20 @@ std::optional<Rational> FromDecimal(double value) {
     }
     const double ntsc = std::round(value * 1001 / 1000) * 1000;
     if (value != std::round(value) && std::abs(ntsc / 1001 - value) < 0.006) {
-        return Checked({static_cast<std::uint32_t>(ntsc), 1001});
+        return UsableRate({static_cast<std::uint32_t>(ntsc), 1001});
     }
-    return Checked({static_cast<std::uint32_t>(std::llround(value * 1000)), 1000});
+    return UsableRate({static_cast<std::uint32_t>(std::llround(value * 1000)), 1000});
 }
 
 } // namespace
+
+std::optional<Rational> UsableRate(Rational rate) {
+    if (rate.denominator == 0 || rate.Value() < kMinRate || rate.Value() > kMaxRate) {
+        return std::nullopt;
+    }
+    const std::uint32_t common = std::gcd(rate.numerator, rate.denominator);
+    return Rational{rate.numerator / common, rate.denominator / common};
+}
 
 std::optional<std::uint64_t> ParseWhole(std::string_view text, std::uint64_t limit) {
     std::uint64_t value = 0;
@@ -62,7 +63,7 @@ std::optional<Rational> ParseRate(std::string_view text) {
     if (!numerator || !denominator) {
         return std::nullopt;
     }
-    return Checked({static_cast<std::uint32_t>(*numerator), static_cast<std::uint32_t>(*denominator)});
+    return UsableRate({static_cast<std::uint32_t>(*numerator), static_cast<std::uint32_t>(*denominator)});
 }
 
 } // namespace host

@@ -15,8 +15,12 @@ struct Rational {
     bool operator==(const Rational&) const = default;
 };
 
-// "25", "29.97", "30000/1001" or "30000:1001"; nothing unless the rate is above 0 and at most 10000. The decimals
-// that stand for NTSC rates (23.976, 29.97, 59.94, ...) become their exact fraction over 1001.
+// A frame rate in its lowest terms; nothing unless it lies between one frame an hour and 10000 frames a second. Within
+// these limits the time of a frame fits whatever a file says it in.
+std::optional<Rational> UsableRate(Rational rate);
+
+// "25", "29.97", "30000/1001" or "30000:1001"; nothing unless the rate is usable. The decimals that stand for NTSC
+// rates (23.976, 29.97, 59.94, ...) become their exact fraction over 1001.
 std::optional<Rational> ParseRate(std::string_view text);
 
 // A whole number of decimal digits only, at most `limit`.

@@ -50,7 +50,7 @@ CInput::CInput(const Command& command)
     if (info.rate) {
         m_rate = *info.rate;
     } else if (!command.options.quiet) {
-        Say(command.input + ": names no frame rate; 25 frames per second are assumed.\n");
+        Say(command.input + ": names no usable frame rate; 25 frames per second are assumed.\n");
     }
 }
 

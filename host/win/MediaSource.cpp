@@ -126,9 +126,8 @@ void CMediaSource::TakeType() {
     const bool rgb = m_info.layout == Layout::Rgb24 || m_info.layout == Layout::Rgb32;
     m_bottomUp = rgb && stride < 0;
     Rational rate;
-    if (SUCCEEDED(MFGetAttributeRatio(type.Get(), MF_MT_FRAME_RATE, &rate.numerator, &rate.denominator)) &&
-        rate.numerator != 0 && rate.denominator != 0) {
-        m_info.rate = rate;
+    if (SUCCEEDED(MFGetAttributeRatio(type.Get(), MF_MT_FRAME_RATE, &rate.numerator, &rate.denominator))) {
+        m_info.rate = UsableRate(rate);
     }
     m_info.scan = ScanOf(*type.Get());
 }

@@ -166,6 +166,7 @@ TEST(Avi, ReadsWhatOtherWritersLeave) {
     struct Case {
         const char* name;
         std::function<void(Bytes&)> change;
+        bool rated = true;
     };
     const auto streamed = [](Bytes& b, std::uint32_t riffBytes) {
         Put32(b, 4, riffBytes);
@@ -180,12 +181,15 @@ TEST(Avi, ReadsWhatOtherWritersLeave) {
         {"no count", [](Bytes& b) { Put32(b, Find(b, "strh") + 8 + 32, 0); }},
         {"count of the first part", [](Bytes& b) { Put32(b, Find(b, "strh") + 8 + 32, 1); }},
         {"count of pictures and sound", [](Bytes& b) { Put32(b, Find(b, "dmlh") + 8, 748); }},
+        {"rate beyond reason", [](Bytes& b) { Put32(b, Find(b, "strh") + 8 + 24, 0xFFFFFFFF); }, false},
     };
     const Clip clip = MakeClip(Pixels::Yuy2, 2, 2, 3);
     for (const Case& c : cases) {
         Bytes file = clip.file;
         c.change(file);
-        EXPECT_EQ(ReadClip(file), clip.Pictures()) << c.name;
+        ClipInfo info;
+        EXPECT_EQ(ReadClip(file, true, &info), clip.Pictures()) << c.name;
+        EXPECT_EQ(info.rate.has_value(), c.rated) << c.name;
     }
 }
 

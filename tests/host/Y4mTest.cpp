@@ -26,6 +26,7 @@ TEST(Y4m, ReadsHeaders) {
          30000.0 / 1001, false},
         {"YUV4MPEG2  H576  W720 C420paldv Ib XCOLORRANGE=FULL", Layout::Planar420, 720, 576, Scan::Interlaced, 0, true},
         {"YUV4MPEG2 W8 H8 F0:0 I?", Layout::Planar420, 8, 8, Scan::Unknown, 0, false},
+        {"YUV4MPEG2 W8 H8 F1:4294967295", Layout::Planar420, 8, 8, Scan::Unknown, 0, false},
         {"YUV4MPEG2 W8 H8 F50:2 Im C444", Layout::Planar444, 8, 8, Scan::Mixed, 25, false},
         {"YUV4MPEG2 W8 H8 Cmono C420jpeg", Layout::Planar420, 8, 8, Scan::Unknown, 0, false},
     };
@@ -137,14 +138,14 @@ TEST(Rate, NtscDecimalsBecomeFractions) {
         Rational rate;
     };
     constexpr Case kCases[] = {
-        {"25", {25, 1}},   {"29.97", {30000, 1001}}, {"23.976", {24000, 1001}},    {"59.94", {60000, 1001}},
-        {"12.5", {25, 2}}, {"50/2", {25, 1}},        {"30000:1001", {30000, 1001}}};
+        {"25", {25, 1}},   {"29.97", {30000, 1001}}, {"23.976", {24000, 1001}},     {"59.94", {60000, 1001}},
+        {"12.5", {25, 2}}, {"50/2", {25, 1}},        {"30000:1001", {30000, 1001}}, {"1/3600", {1, 3600}}};
     for (const Case& c : kCases) {
         const auto rate = ParseRate(c.text);
         ASSERT_TRUE(rate) << c.text;
         EXPECT_EQ(*rate, c.rate) << c.text;
     }
-    for (const char* bad : {"", "0", "-25", "25/0", "0/1", "nan", "1e9", "25fps", "25/", "/25"}) {
+    for (const char* bad : {"", "0", "-25", "25/0", "0/1", "nan", "1e9", "1/3601", "10001", "25fps", "25/", "/25"}) {
         EXPECT_FALSE(ParseRate(bad)) << bad;
     }
 }

@@ -5,7 +5,6 @@
 #include "host/parts/HostError.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace host {
 
@@ -75,7 +74,7 @@ private:
     std::size_t m_tight = 0;  // bytes of a row without padding
     std::size_t m_padded = 0; // and with it
     std::size_t m_stride = 0; // as the current frame has it
-    std::vector<std::uint8_t> m_frame;
+    CFrameBytes m_frame;
     std::uint64_t m_next = 0;
     std::uint64_t m_declared = 0;           // frames that the header promises; 0 when its writer could not know
     std::uint32_t m_chunkBytes = 0;         // of every frame that is there
@@ -133,9 +132,8 @@ void CAviSource::TakeFormat(const AviStreamHeader& stream, const AviBitmapHeader
     m_tight = static_cast<std::size_t>(bitmap.width) * static_cast<std::size_t>(found->bits) / 8;
     m_padded = (m_tight + 3) & ~std::size_t{3};
     m_stride = m_padded;
-    m_frame.resize(m_padded * static_cast<std::size_t>(height));
-    // A writer that could not go back to write sizes had no count either, whatever stands there. Other headers count
-    // the frames of one part, or the chunks of all streams.
+    // A writer that could not go back to write sizes had no count either, whatever stands there. Other headers count the
+    // frames of one part, or the chunks of all streams.
     m_declared = m_partEnd ? stream.length : 0;
     // The count that the header names is believed only as far as the file can hold it; from a pipe it is a guess.
     if (const auto size = m_input.Size()) {
@@ -245,7 +243,7 @@ void CAviSource::ReadFrame(const AviChunk& chunk) {
                      "it has " + std::to_string(chunk.bytes) + " bytes instead of " + std::to_string(least));
     }
     m_chunkBytes = chunk.bytes;
-    const std::size_t got = m_input.Read(m_frame.data(), wanted);
+    const std::size_t got = m_frame.Read(m_input, wanted);
     if (got != wanted || !SkipChunk(m_input, chunk, wanted)) {
         ThrowCutOff(m_input, m_next, got, wanted);
     }
@@ -257,7 +255,7 @@ FrameView CAviSource::Frame() const {
     frame.layout = m_info.layout;
     frame.width = m_info.width;
     frame.height = m_info.height;
-    frame.plane[0] = m_topDown ? m_frame.data() : m_frame.data() + stride * (m_info.height - 1);
+    frame.plane[0] = m_topDown ? m_frame.Data() : m_frame.Data() + stride * (m_info.height - 1);
     frame.stride[0] = m_topDown ? stride : -stride;
     return frame;
 }

@@ -2,7 +2,29 @@
 
 #include "host/parts/HostError.h"
 
+#include <algorithm>
+
 namespace host {
+
+namespace {
+constexpr std::size_t kLeastStep = std::size_t{1} << 20;
+}
+
+std::size_t CFrameBytes::Read(CInputStream& input, std::size_t bytes) {
+    std::size_t done = 0;
+    while (done < bytes) {
+        if (done == m_bytes.size()) {
+            m_bytes.resize(std::min(bytes, std::max(kLeastStep, 2 * done)));
+        }
+        const std::size_t step = std::min(bytes, m_bytes.size()) - done;
+        const std::size_t got = input.Read(m_bytes.data() + done, step);
+        done += got;
+        if (got != step) {
+            break;
+        }
+    }
+    return done;
+}
 
 void ThrowCutOff(const CInputStream& input, std::uint64_t frame, std::uint64_t got, std::uint64_t wanted) {
     throw DamagedError(input.Name() + ": cut off at byte " + std::to_string(input.Position()) + ", inside frame " +

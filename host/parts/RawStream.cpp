@@ -3,8 +3,6 @@
 #include "host/parts/FrameBytes.h"
 #include "host/parts/FrameSink.h"
 
-#include <vector>
-
 namespace host {
 
 namespace {
@@ -14,35 +12,36 @@ public:
     CRawSource(CInputStream& input, const RawFormat& format)
         : m_input(input)
         , m_pixels(format.pixels)
-        , m_frame(FrameSize(format.pixels, format.width, format.height)) {
+        , m_frameBytes(FrameSize(format.pixels, format.width, format.height)) {
         m_info.layout = LayoutOf(format.pixels);
         m_info.width = format.width;
         m_info.height = format.height;
         m_info.rate = format.rate;
         if (const auto size = input.Size()) {
-            m_info.frames = *size / m_frame.size();
+            m_info.frames = *size / m_frameBytes;
         }
     }
 
     const ClipInfo& Info() const override { return m_info; }
 
     bool Next() override {
-        const std::size_t got = m_input.Read(m_frame.data(), m_frame.size());
-        if (got != 0 && got != m_frame.size()) {
-            ThrowCutOff(m_input, m_next, got, m_frame.size());
+        const std::size_t got = m_frame.Read(m_input, m_frameBytes);
+        if (got != 0 && got != m_frameBytes) {
+            ThrowCutOff(m_input, m_next, got, m_frameBytes);
         }
         ++m_next;
         return got != 0;
     }
 
-    FrameView Frame() const override { return PackedFrame(m_pixels, m_info.width, m_info.height, m_frame.data()); }
+    FrameView Frame() const override { return PackedFrame(m_pixels, m_info.width, m_info.height, m_frame.Data()); }
     bool FieldChroma() const override { return false; }
 
 private:
     CInputStream& m_input;
     Pixels m_pixels;
     ClipInfo m_info;
-    std::vector<std::uint8_t> m_frame;
+    std::size_t m_frameBytes;
+    CFrameBytes m_frame;
     std::uint64_t m_next = 0;
 };
 

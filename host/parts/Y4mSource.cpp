@@ -4,8 +4,6 @@
 #include "host/parts/HostError.h"
 #include "host/parts/Y4mHeader.h"
 
-#include <vector>
-
 namespace host {
 
 namespace {
@@ -23,10 +21,10 @@ public:
                             input.Name() + ": its first line has no end: the stream is cut off, or no Y4M at all.");
         }
         m_info = ParseY4mHeader(*header, input.Name());
-        m_frame.resize(PlanarBytes(m_info.layout, m_info.width, m_info.height));
+        m_frameBytes = PlanarBytes(m_info.layout, m_info.width, m_info.height);
         if (const auto size = input.Size()) {
             // Frame lines are 6 bytes unless they carry fields, so this may promise a frame too many for odd streams.
-            m_info.frames = (*size - input.Position()) / (m_frame.size() + 6);
+            m_info.frames = (*size - input.Position()) / (m_frameBytes + 6);
         }
     }
 
@@ -41,9 +39,9 @@ public:
         if (!line || !IsY4mFrameLine(*line)) {
             ThrowDamaged(m_input, start, m_next, "it has no whole \"FRAME\" line");
         }
-        const std::size_t got = m_input.Read(m_frame.data(), m_frame.size());
-        if (got != m_frame.size()) {
-            ThrowCutOff(m_input, m_next, got, m_frame.size());
+        const std::size_t got = m_frame.Read(m_input, m_frameBytes);
+        if (got != m_frameBytes) {
+            ThrowCutOff(m_input, m_next, got, m_frameBytes);
         }
         const bool interlaced = m_info.scan == Scan::Interlaced || m_info.scan == Scan::Mixed;
         m_fieldChroma = Y4mFrameHasFieldChroma(*line, interlaced);
@@ -51,14 +49,15 @@ public:
         return true;
     }
 
-    FrameView Frame() const override { return PlanarFrame(m_info.layout, m_info.width, m_info.height, m_frame.data()); }
+    FrameView Frame() const override { return PlanarFrame(m_info.layout, m_info.width, m_info.height, m_frame.Data()); }
 
     bool FieldChroma() const override { return m_fieldChroma; }
 
 private:
     CInputStream& m_input;
     ClipInfo m_info;
-    std::vector<std::uint8_t> m_frame;
+    std::size_t m_frameBytes = 0;
+    CFrameBytes m_frame;
     std::uint64_t m_next = 0;
     bool m_fieldChroma = false;
 };

@@ -8,6 +8,8 @@
 #include "host/win/MediaSource.h"
 
 #include <cstring>
+#include <new>
+#include <utility>
 
 namespace host {
 
@@ -42,6 +44,7 @@ CInput::CInput(const Command& command)
     : m_lines(command.options.lines)
     , m_keepCutOff(command.options.keepCutOff) {
     Open(command);
+    ReadFirst(command.input);
     const ClipInfo& info = m_source->Info();
     m_feed = command.options.feed.value_or(NaturalFeed(info.layout));
     CheckFeed(info, m_feed, command.input);
@@ -89,16 +92,34 @@ void CInput::Close() {
     m_reader.reset();
 }
 
-bool CInput::Read(std::uint8_t* frame) {
+void CInput::ReadFirst(const std::string& name) {
     try {
-        if (!m_source->Next()) {
-            return false;
-        }
+        m_hasFrame = Advance();
+    } catch (const std::bad_alloc&) {
+        const ClipInfo& info = m_source->Info();
+        throw HostError(ExitCode::Input, name + ": there is not enough memory for a frame of " +
+                                             std::to_string(info.width) + "x" + std::to_string(info.height) + ".");
+    }
+}
+
+// Goes to the next frame; false at the end.
+bool CInput::Advance() {
+    try {
+        return m_source->Next();
     } catch (const DamagedError& error) {
         if (!m_keepCutOff) {
             throw;
         }
         Say(std::string(error.what()) + "\n");
+        return false;
+    }
+}
+
+bool CInput::Read(std::uint8_t* frame) {
+    if (!std::exchange(m_isFirst, false)) {
+        m_hasFrame = Advance();
+    }
+    if (!m_hasFrame) {
         return false;
     }
     const bool fieldChroma =

@@ -11,7 +11,8 @@
 namespace host {
 
 // Opens the input and turns its frames into those that the transform takes. Throws HostError, mostly with
-// ExitCode::Input. COM and Media Foundation must be started.
+// ExitCode::Input. COM and Media Foundation must be started. The first frame is read at once: nobody takes memory for
+// frames of a size that only a header declares.
 class CInput {
 public:
     explicit CInput(const Command& command);
@@ -29,6 +30,8 @@ public:
 
 private:
     void Open(const Command& command);
+    bool Advance();
+    void ReadFirst(const std::string& name);
 
     std::unique_ptr<IByteReader> m_reader;
     std::unique_ptr<CInputStream> m_stream;
@@ -38,6 +41,8 @@ private:
     Rational m_rate{25, 1};
     LineSampling m_lines;
     bool m_keepCutOff;
+    bool m_isFirst = true; // the source stands at the first frame already
+    bool m_hasFrame = false;
 };
 
 } // namespace host

@@ -10,6 +10,7 @@ std::size_t CMemoryReader::Read(void* buffer, std::size_t bytes) {
     const std::size_t step = std::min({bytes, m_portion, m_bytes.size() - m_position});
     std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_position), step, static_cast<std::uint8_t*>(buffer));
     m_position += step;
+    m_largestRequest = std::max(m_largestRequest, bytes);
     return step;
 }
 

@@ -26,11 +26,14 @@ public:
     std::size_t Read(void* buffer, std::size_t bytes) override;
     std::optional<std::uint64_t> Size() const override;
     const std::string& Name() const override { return m_name; }
+    // The most bytes that were wanted at once, for which there must have been memory.
+    std::size_t LargestRequest() const { return m_largestRequest; }
 
 private:
     Bytes m_bytes;
     std::size_t m_portion;
     bool m_sized;
+    std::size_t m_largestRequest = 0;
     std::size_t m_position = 0;
     std::string m_name = "memory";
 };

@@ -45,6 +45,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
     Write("protected.y4m", {});
     SetFileAttributesW((m_folder / "protected.y4m").c_str(), FILE_ATTRIBUTE_READONLY);
     std::filesystem::create_directory(m_folder / "folder.y4m");
+    Write("huge.y4m", FromText("YUV4MPEG2 W16384 H16384 F25:1 C444\nFRAME\n"));
     const std::vector<std::string> before = Files();
     constexpr struct {
         const char* line;
@@ -65,6 +66,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"cut.y4m - --to raw", 2, "inside frame 2"},
         {"odd.y4m out.y4m", 2, "3 pixels wide"},
         {"empty.y4m out.y4m", 2, "empty"},
+        {"huge.y4m out.y4m --dll absent.dll", 2, "inside frame 0"}, // before anything is made for such frames
         {"- out.y4m", 2, "standard input"},
         {"clip.y4m exists.y4m", 3, "--force"},
         {"clip.y4m absent/out.y4m", 3, "absent/out.y4m: cannot be created"},

@@ -57,6 +57,14 @@ ChromaSize ChromaSizeOf(Layout layout, int width, int height);
 // Bytes of a frame whose planes follow each other without padding (planar layouts only).
 std::size_t PlanarBytes(Layout layout, int width, int height);
 
+// Bytes of one frame as decoders leave it, rows `stride` bytes apart, and the frame over `bytes` from its first row in
+// memory. Of Nv12 and Planar420 sizes are rounded up: an even number of rows, and then chroma for half of them.
+// `stride` is at least LeastStride; the other planar layouts are not among those that decoders leave.
+int LeastStride(Layout layout, int width);
+std::size_t DecodedBytes(Layout layout, int height, int stride);
+FrameView DecodedFrame(Layout layout, int width, int height, int stride, const std::uint8_t* bytes);
+FrameTarget DecodedFrame(Layout layout, int width, int height, int stride, std::uint8_t* bytes);
+
 // The frame over `bytes`, planes following each other without padding.
 FrameView PlanarFrame(Layout layout, int width, int height, const std::uint8_t* bytes);
 FrameTarget PlanarFrame(Layout layout, int width, int height, std::uint8_t* bytes);

@@ -46,7 +46,9 @@ CInput::CInput(const Command& command)
     Open(command);
     ReadFirst(command.input);
     const ClipInfo& info = m_source->Info();
-    m_feed = command.options.feed.value_or(NaturalFeed(info.layout));
+    // The platform's decoders leave no choice of format; RGB24 takes any width.
+    const bool oddMedia = !m_stream && info.width % 2 != 0;
+    m_feed = command.options.feed.value_or(oddMedia ? Pixels::Rgb24 : NaturalFeed(info.layout));
     CheckFeed(info, m_feed, command.input);
     m_converter =
         std::make_unique<CFrameConverter>(info.layout, LayoutOf(m_feed), info.width, info.height, info.fullRange);

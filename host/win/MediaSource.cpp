@@ -3,10 +3,13 @@
 #include "host/parts/HostError.h"
 #include "host/win/Text.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <mfapi.h>
 #include <mferror.h>
 #include <mfidl.h>
 #include <mfreadwrite.h>
+#include <span>
 #include <wrl/client.h>
 
 using Microsoft::WRL::ComPtr;
@@ -29,6 +32,12 @@ const Wanted kWanted[] = {
     {&MFVideoFormat_IYUV, Layout::Planar420}, {&MFVideoFormat_RGB24, Layout::Rgb24},
     {&MFVideoFormat_RGB32, Layout::Rgb32},
 };
+// Two pixels of the first two formats share their chroma, so a picture of odd width cannot be taken from them.
+const Wanted kWantedOfOddWidth[] = {
+    {&MFVideoFormat_RGB24, Layout::Rgb24},    {&MFVideoFormat_RGB32, Layout::Rgb32},
+    {&MFVideoFormat_NV12, Layout::Nv12},      {&MFVideoFormat_I420, Layout::Planar420},
+    {&MFVideoFormat_IYUV, Layout::Planar420},
+};
 
 class CMediaSource final : public IFrameSource {
 public:
@@ -42,7 +51,6 @@ public:
         (void)m_reader->SetStreamSelection(static_cast<DWORD>(MF_SOURCE_READER_ALL_STREAMS), FALSE);
         Must(m_reader->SetStreamSelection(kVideo, TRUE), "holds no video");
         ChooseType();
-        TakeType();
         TakeLength();
     }
     CMediaSource(const CMediaSource&) = delete;
@@ -57,17 +65,18 @@ public:
 private:
     void Must(HRESULT result, const char* what) const { Check(result, ExitCode::Input, m_name + ": " + what); }
     void ChooseType();
+    bool TakeFirst(std::span<const Wanted> list);
     void TakeType();
     void TakeLength();
     void Hold(IMFSample& sample);
     void Release();
-    std::size_t NeededBytes() const;
 
     std::string m_name;
     ComPtr<IMFSourceReader> m_reader;
     ClipInfo m_info;
     int m_codedWidth = 0; // of the frames in memory, which may be larger than the picture
     int m_codedHeight = 0;
+    int m_stride = 0;
     bool m_bottomUp = false;
     ComPtr<IMFMediaBuffer> m_buffer; // locked while it is held
     const std::uint8_t* m_bytes = nullptr;
@@ -75,17 +84,25 @@ private:
 };
 
 void CMediaSource::ChooseType() {
-    for (const Wanted& wanted : kWanted) {
+    const bool any = TakeFirst(kWanted);
+    if (!any || (m_info.width % 2 != 0 && !TakeFirst(kWantedOfOddWidth))) {
+        throw HostError(ExitCode::Input, m_name + ": its video can be decoded to no format that is known here.");
+    }
+}
+
+bool CMediaSource::TakeFirst(std::span<const Wanted> list) {
+    for (const Wanted& wanted : list) {
         ComPtr<IMFMediaType> type;
         Must(MFCreateMediaType(type.GetAddressOf()), "cannot be opened");
         Must(type->SetGUID(MF_MT_MAJOR_TYPE, MFMediaType_Video), "cannot be opened");
         Must(type->SetGUID(MF_MT_SUBTYPE, *wanted.subtype), "cannot be opened");
         if (SUCCEEDED(m_reader->SetCurrentMediaType(kVideo, nullptr, type.Get()))) {
             m_info.layout = wanted.layout;
-            return;
+            TakeType();
+            return true;
         }
     }
-    throw HostError(ExitCode::Input, m_name + ": its video can be decoded to no format that is known here.");
+    return false;
 }
 
 Scan ScanOf(IMFMediaType& type) {
@@ -122,9 +139,11 @@ void CMediaSource::TakeType() {
         m_info.width = shown.Area.cx;
         m_info.height = shown.Area.cy;
     }
-    const auto stride = static_cast<INT32>(MFGetAttributeUINT32(type.Get(), MF_MT_DEFAULT_STRIDE, 1));
+    const auto told = static_cast<INT32>(MFGetAttributeUINT32(type.Get(), MF_MT_DEFAULT_STRIDE, 1));
+    const INT32 stride = std::clamp(told, -4 * kMaxSide, 4 * kMaxSide);
     const bool rgb = m_info.layout == Layout::Rgb24 || m_info.layout == Layout::Rgb32;
     m_bottomUp = rgb && stride < 0;
+    m_stride = std::max(std::abs(stride), LeastStride(m_info.layout, m_codedWidth));
     Rational rate;
     if (SUCCEEDED(MFGetAttributeRatio(type.Get(), MF_MT_FRAME_RATE, &rate.numerator, &rate.denominator))) {
         m_info.rate = UsableRate(rate);
@@ -182,10 +201,11 @@ void CMediaSource::Hold(IMFSample& sample) {
         Must(result, "a frame cannot be read");
     }
     m_bytes = bytes;
-    if (length < NeededBytes()) {
+    const std::size_t needed = DecodedBytes(m_info.layout, m_codedHeight, m_stride);
+    if (length < needed) {
         throw HostError(ExitCode::Input, m_name + ": frame " + std::to_string(m_next) + " has " +
-                                             std::to_string(length) + " bytes instead of " +
-                                             std::to_string(NeededBytes()) + ".");
+                                             std::to_string(length) + " bytes instead of " + std::to_string(needed) +
+                                             ".");
     }
 }
 
@@ -197,47 +217,11 @@ void CMediaSource::Release() {
     }
 }
 
-std::size_t CMediaSource::NeededBytes() const {
-    const auto pixels = static_cast<std::size_t>(m_codedWidth) * static_cast<std::size_t>(m_codedHeight);
-    switch (m_info.layout) {
-    case Layout::Nv12:
-    case Layout::Planar420:
-        return pixels * 3 / 2;
-    case Layout::Rgb24:
-        return FrameSize(Pixels::Rgb24, m_codedWidth, m_codedHeight);
-    case Layout::Rgb32:
-        return pixels * 4;
-    default:
-        return pixels * 2;
-    }
-}
-
 FrameView CMediaSource::Frame() const {
-    FrameView frame;
-    if (m_info.layout == Layout::Planar420) {
-        frame = PlanarFrame(m_info.layout, m_codedWidth, m_codedHeight, m_bytes);
-    } else {
-        frame.layout = m_info.layout;
-        frame.plane[0] = m_bytes;
-        switch (m_info.layout) {
-        case Layout::Nv12:
-            frame.stride[0] = frame.stride[1] = m_codedWidth;
-            frame.plane[1] = m_bytes + std::ptrdiff_t{m_codedWidth} * m_codedHeight;
-            break;
-        case Layout::Rgb24:
-            frame.stride[0] = static_cast<std::ptrdiff_t>(FrameStride(Pixels::Rgb24, m_codedWidth));
-            break;
-        case Layout::Rgb32:
-            frame.stride[0] = std::ptrdiff_t{m_codedWidth} * 4;
-            break;
-        default:
-            frame.stride[0] = std::ptrdiff_t{m_codedWidth} * 2;
-            break;
-        }
-        if (m_bottomUp) {
-            frame.plane[0] += frame.stride[0] * (m_codedHeight - 1);
-            frame.stride[0] = -frame.stride[0];
-        }
+    FrameView frame = DecodedFrame(m_info.layout, m_codedWidth, m_codedHeight, m_stride, m_bytes);
+    if (m_bottomUp) {
+        frame.plane[0] += frame.stride[0] * (m_codedHeight - 1);
+        frame.stride[0] = -frame.stride[0];
     }
     frame.width = m_info.width;
     frame.height = m_info.height;

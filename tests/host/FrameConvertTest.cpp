@@ -15,13 +15,10 @@ struct OwnedFrame {
     FrameTarget target;
 
     OwnedFrame(Layout layout, int width, int height, unsigned seed = 0) {
-        if (layout == Layout::Nv12) {
-            const std::ptrdiff_t chroma = (width + 1) / 2 * 2;
-            bytes = RandomBytes(std::size_t(width * height + chroma * ((height + 1) / 2)), seed);
-            target.plane[0] = bytes.data();
-            target.stride[0] = width;
-            target.plane[1] = bytes.data() + width * height;
-            target.stride[1] = chroma;
+        if (layout == Layout::Nv12 || layout == Layout::Planar420) {
+            const int stride = LeastStride(layout, width);
+            bytes = RandomBytes(DecodedBytes(layout, height, stride), seed);
+            target = DecodedFrame(layout, width, height, stride, bytes.data());
         } else if (layout <= Layout::Gray) {
             bytes = RandomBytes(PlanarBytes(layout, width, height), seed);
             target = PlanarFrame(layout, width, height, bytes.data());

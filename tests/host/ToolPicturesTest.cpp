@@ -83,6 +83,18 @@ TEST_F(ToolPictures, PipesAndFilesAndFormatsAgree) {
     EXPECT_EQ(frames(again), frames(want));
 }
 
+TEST_F(ToolPictures, ThePlatformsReaderTakesOddWidths) {
+    Write("in.raw", RandomBytes(2 * FrameSize(Pixels::Rgb24, 15, 7), 3));
+    ASSERT_EQ(Run("in.raw odd.avi --mode off --raw 15x7:rgb24@25").code, 0u);
+    const ToolResult result = Run("odd.avi out.raw --mode off --from media");
+    if (result.errors.find("the platform cannot decode it") != std::string::npos) {
+        GTEST_SKIP() << result.errors;
+    }
+    EXPECT_EQ(result.code, 0u) << result.errors;
+    EXPECT_EQ(WithoutPadding(Pixels::Rgb24, 15, 7, Read("out.raw")),
+              WithoutPadding(Pixels::Rgb24, 15, 7, Read("in.raw")));
+}
+
 // At one frame per second the hold is five frames, and blending changes every frame of this clip.
 TEST_F(ToolPictures, SummaryCountsWhatTheTransformDid) {
     struct Case {

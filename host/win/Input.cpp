@@ -2,43 +2,16 @@
 
 #include "host/parts/AviSource.h"
 #include "host/parts/HostError.h"
+#include "host/parts/InputKind.h"
 #include "host/parts/Y4mSource.h"
 #include "host/win/Console.h"
 #include "host/win/Files.h"
 #include "host/win/MediaSource.h"
 
-#include <cstring>
 #include <new>
 #include <utility>
 
 namespace host {
-
-namespace {
-
-bool BeginsWith(const std::vector<std::uint8_t>& bytes, std::size_t offset, std::string_view text) {
-    return bytes.size() >= offset + text.size() && std::memcmp(bytes.data() + offset, text.data(), text.size()) == 0;
-}
-
-// Y4M and AVI are known by their first bytes; anything else in a file may be known to the platform.
-InputKind KindByContent(CInputStream& input) {
-    const auto first = input.Peek(12);
-    if (BeginsWith(first, 0, "YUV4MPEG2")) {
-        return InputKind::Y4m;
-    }
-    if (BeginsWith(first, 0, "RIFF") && BeginsWith(first, 8, "AVI ")) {
-        return InputKind::Avi;
-    }
-    if (first.empty()) {
-        throw HostError(ExitCode::Input, input.Name() + ": it is empty.");
-    }
-    if (!input.Size()) {
-        throw HostError(ExitCode::Input, input.Name() + ": this is neither Y4M nor AVI. Raw frames need --raw "
-                                                        "WxH:FORMAT@FPS; other video must come from a file.");
-    }
-    return InputKind::Media;
-}
-
-} // namespace
 
 CInput::CInput(const Command& command)
     : m_lines(command.options.lines)
@@ -69,7 +42,9 @@ void CInput::Open(const Command& command) {
         m_reader = OpenReader(command.input);
         m_stream = std::make_unique<CInputStream>(*m_reader);
     }
-    const InputKind kind = options.from ? *options.from : options.raw ? InputKind::Raw : KindByContent(*m_stream);
+    const InputKind kind = options.from  ? *options.from
+                           : options.raw ? InputKind::Raw
+                                         : KindByContent(*m_stream, command.input != "-");
     switch (kind) {
     case InputKind::Y4m:
         m_source = OpenY4m(*m_stream);

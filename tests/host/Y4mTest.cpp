@@ -1,5 +1,6 @@
 #include "host/parts/FrameConvert.h"
 #include "host/parts/FrameSink.h"
+#include "host/parts/InputKind.h"
 #include "host/parts/RawStream.h"
 #include "host/parts/Y4mHeader.h"
 #include "host/parts/Y4mSource.h"
@@ -115,6 +116,30 @@ TEST(Y4m, WritesWhatItReads) {
         ASSERT_TRUE(source->Next());
         EXPECT_FALSE(source->Next());
         EXPECT_EQ(source->Info().frames, 2u);
+    }
+}
+
+TEST(InputKind, IsSeenFromTheFirstBytes) {
+    constexpr struct {
+        const char* bytes;
+        bool sized, named;
+        std::optional<InputKind> kind;
+        const char* said;
+    } kCases[] = {
+        {"YUV4MPEG2 W8 H8", true, true, InputKind::Y4m, ""},
+        {"RIFF....AVI LIST", false, false, InputKind::Avi, ""},
+        {"no video at all", true, true, InputKind::Media, ""},
+        {"no video at all", false, true, {}, "neither Y4M nor AVI"},
+        {"no video at all", true, false, {}, "neither Y4M nor AVI"}, // a file by way of standard input
+        {"", true, true, {}, "empty"},
+    };
+    for (const auto& c : kCases) {
+        CMemoryReader reader(FromText(c.bytes), 1000, c.sized);
+        CInputStream input(reader);
+        std::optional<InputKind> kind;
+        const Thrown error = ErrorOf([&] { kind = KindByContent(input, c.named); });
+        EXPECT_EQ(kind, c.kind) << c.bytes;
+        EXPECT_NE(error.text.find(c.said), std::string::npos) << c.bytes << ": " << error.text;
     }
 }
 

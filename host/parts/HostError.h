@@ -31,7 +31,8 @@ private:
     ExitCode m_code;
 };
 
-// The input is cut off or damaged where its frames are; the frames before that place were whole.
+// The input is cut off or damaged where its frames are; the frames before that place were whole. The text does not say
+// what to do: that depends on whether they are to be kept.
 class DamagedError : public HostError {
 public:
     explicit DamagedError(const std::string& text)

@@ -85,9 +85,11 @@ bool CInput::Advance() {
         return m_source->Next();
     } catch (const DamagedError& error) {
         if (!m_keepCutOff) {
-            throw;
+            throw HostError(ExitCode::Input, std::string(error.what()) +
+                                                 " Make the input anew, or use --cut-off keep to take the whole "
+                                                 "frames before that place.");
         }
-        Say(std::string(error.what()) + "\n");
+        Say(std::string(error.what()) + " The whole frames before that place are kept.\n");
         return false;
     }
 }

@@ -62,7 +62,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"absent.y4m out.y4m", 2, "absent.y4m: cannot be opened"},
         {"\x1B]0;\x07\xC2\x9B.y4m out.y4m", 2, "nmfvdeint: ?]0;??.y4m: cannot be opened"},
         {"cut.y4m out.y4m", 2, "inside frame 2"},
-        {"cut.y4m out.avi", 2, "inside frame 2"},
+        {"cut.y4m out.avi", 2, "--cut-off keep"},
         {"cut.y4m - --to raw", 2, "inside frame 2"},
         {"odd.y4m out.y4m", 2, "3 pixels wide"},
         {"empty.y4m out.y4m", 2, "empty"},
@@ -186,6 +186,7 @@ TEST_F(ToolErrors, ForceAndKeepDoAsTheySay) {
     const ToolResult kept = Run("cut.y4m kept.y4m --cut-off keep");
     EXPECT_EQ(kept.code, 0u);
     EXPECT_NE(kept.errors.find("cut off"), std::string::npos) << kept.errors;
+    EXPECT_EQ(kept.errors.find("--cut-off"), std::string::npos) << kept.errors;
     EXPECT_EQ(NumberBefore(kept.errors, " frames in "), 2);
     EXPECT_EQ(Files(), (std::vector<std::string>{"clip.y4m", "cut.y4m", "kept.y4m"}));
 }

@@ -4,6 +4,7 @@
 #include "host/parts/FrameSink.h"
 #include "host/parts/HostError.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace host {
@@ -69,11 +70,22 @@ public:
             throw HostError(ExitCode::Output, "AVI cannot be written to a pipe, as its header is completed at the end. "
                                               "Write it to a file, or use --to y4m for pipes.");
         }
-        Put(Header());
+        const CBytes header = Header();
+        m_capacity = Capacity(header.Size());
+        if (format.frames && *format.frames > m_capacity) {
+            throw HostError(ExitCode::Output, writer.Name() + ": the input has " + std::to_string(*format.frames) +
+                                                  " frames, of which an AVI file can hold " +
+                                                  std::to_string(m_capacity) + ". Use --to y4m.");
+        }
+        Put(header);
         BeginPart(m_position - 12);
     }
 
     void Write(const std::uint8_t* frame) override {
+        if (m_frames == m_capacity) {
+            throw OutputFullError(m_writer.Name() + ": holds the first " + std::to_string(m_frames) +
+                                  " frames; an AVI file can hold no more. Use --to y4m.");
+        }
         if (m_position - m_partStart + m_frameBytes > m_partBytes && m_partFrames != 0) {
             EndPart();
             Put(CBytes()
@@ -112,6 +124,7 @@ private:
         m_moviStart = moviStart;
         m_partFrames = 0;
     }
+    std::uint64_t Capacity(std::size_t headerBytes) const;
     std::uint32_t ChunkBytes() const { return 8 + m_frameBytes + (m_frameBytes & 1); }
     void EndPart();
     void PatchSize(std::uint64_t chunkStart, std::uint64_t end);
@@ -123,6 +136,7 @@ private:
     SinkFormat m_format;
     std::uint64_t m_partBytes;
     std::uint32_t m_frameBytes;
+    std::uint64_t m_capacity = 0; // in frames
     std::uint64_t m_position = 0;
     std::uint64_t m_partStart = 0; // of the RIFF chunk
     std::uint64_t m_moviStart = 0; // of the LIST chunk that holds the frames
@@ -134,12 +148,18 @@ private:
     std::vector<PartIndex> m_parts;
 };
 
+// The frames of all parts, each of which takes frames until the next would pass its size; the first begins with the
+// header, the others with 24 bytes.
+std::uint64_t CAviSink::Capacity(std::size_t headerBytes) const {
+    const auto framesOf = [this](std::uint64_t begin) {
+        const std::uint64_t first = begin + m_frameBytes;
+        return m_partBytes < first ? 1 : 1 + (m_partBytes - first) / ChunkBytes();
+    };
+    return std::min<std::uint64_t>(framesOf(headerBytes) + (kMaxParts - 1) * framesOf(24), UINT32_MAX);
+}
+
 // Writes the part's indexes and its sizes. Frames are all of one size, so the indexes are counted out.
 void CAviSink::EndPart() {
-    if (m_parts.size() == kMaxParts) {
-        throw HostError(ExitCode::Output,
-                        m_writer.Name() + ": an AVI file of this length cannot be written; use --to y4m.");
-    }
     const std::uint64_t indexStart = m_position;
     CBytes index;
     const std::size_t open = index.Open(kIndexChunk);

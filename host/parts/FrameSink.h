@@ -12,7 +12,8 @@ namespace host {
 class IFrameSink {
 public:
     virtual ~IFrameSink() = default;
-    // A frame as the transform lays it out, FrameSize bytes.
+    // A frame as the transform lays it out, FrameSize bytes. Throws OutputFullError when no more can be taken; Finish
+    // may still follow.
     virtual void Write(const std::uint8_t* frame) = 0;
     // Writes what can only be known at the end. No frame may follow.
     virtual void Finish() = 0;
@@ -26,14 +27,16 @@ struct SinkFormat {
     Rational rate{25, 1};
     std::optional<Rational> aspect;
     bool fullRange = false;
+    std::optional<std::uint64_t> frames = std::nullopt; // when it is known beforehand
 };
 
 // The writer must outlive the sink.
 std::unique_ptr<IFrameSink> MakeY4mSink(IByteWriter& writer, const SinkFormat& format);
 std::unique_ptr<IFrameSink> MakeRawSink(IByteWriter& writer, const SinkFormat& format);
 
-// Needs a writer that can seek. Every part of the file (RIFF chunk) but the last ends soon after `partBytes`, so that a
-// file of any length stays within the format's 32-bit sizes (OpenDML).
+// Needs a writer that can seek. Takes no more than 1024 parts, and refuses a clip that is known to be longer. Every
+// part of the file (RIFF chunk) but the last ends soon after `partBytes`, so that a file of any length stays within the
+// format's 32-bit sizes (OpenDML).
 std::unique_ptr<IFrameSink> MakeAviSink(IByteWriter& writer, const SinkFormat& format,
                                         std::uint64_t partBytes = std::uint64_t{1} << 30);
 } // namespace host

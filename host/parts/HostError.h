@@ -39,4 +39,11 @@ public:
         : HostError(ExitCode::Input, text) {}
 };
 
+// The output takes no more; what it has taken is whole once it is finished.
+class OutputFullError : public HostError {
+public:
+    explicit OutputFullError(const std::string& text)
+        : HostError(ExitCode::Output, text) {}
+};
+
 } // namespace host

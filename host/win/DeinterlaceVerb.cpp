@@ -95,7 +95,8 @@ class CClipOutput {
 public:
     CClipOutput(std::unique_ptr<IOutput> output, OutputKind kind, const ClipInfo& clip, const StreamShape& shape)
         : m_output(std::move(output)) {
-        const SinkFormat format{shape.pixels, shape.width, shape.height, shape.rate, clip.aspect, clip.fullRange};
+        const SinkFormat format{shape.pixels, shape.width,    shape.height, shape.rate,
+                                clip.aspect,  clip.fullRange, clip.frames};
         switch (kind) {
         case OutputKind::None:
             break;
@@ -111,10 +112,13 @@ public:
         }
     }
 
-    void Write(const std::uint8_t* frame) {
+    void Write(const std::uint8_t* frame) try {
         if (m_sink) {
             m_sink->Write(frame);
         }
+    } catch (const OutputFullError&) {
+        Finish(); // what it holds is kept
+        throw;
     }
 
     void Finish() {

@@ -130,6 +130,34 @@ TEST(Avi, PartsAndIndexesFitTheFrames) {
     }
 }
 
+// A clip that needs more than 1024 parts is refused when its length is known, else closed where they are full.
+TEST(Avi, FullFilesAreWhole) {
+    const Bytes frame = RandomBytes(4, 1);
+    for (const std::uint64_t partBytes : {1, 27, 28, 39, 40, 100}) {
+        CMemoryWriter writer;
+        SinkFormat format{Pixels::Rgb24, 1, 1, {25, 1}, {}, false};
+        const auto sink = MakeAviSink(writer, format, partBytes);
+        std::uint64_t frames = 0;
+        const auto fill = [&] {
+            for (; frames < 100000; ++frames) {
+                sink->Write(frame.data());
+            }
+        };
+        EXPECT_THROW(fill(), OutputFullError);
+        sink->Finish();
+        EXPECT_EQ(Word32(writer.Written(), Find(writer.Written(), "indx") + 12), 1024u) << partBytes;
+        EXPECT_EQ(ReadClip(writer.Written()).size(), frames) << partBytes;
+
+        CMemoryWriter untouched;
+        format.frames = frames + 1;
+        ExpectError(ExitCode::Output, std::to_string(frames + 1), "",
+                    [&] { MakeAviSink(untouched, format, partBytes); });
+        EXPECT_TRUE(untouched.Written().empty());
+        format.frames = frames;
+        EXPECT_NO_THROW(MakeAviSink(untouched, format, partBytes));
+    }
+}
+
 TEST(Avi, TurnsTopDownRgbOver) {
     Clip clip = MakeClip(Pixels::Rgb24, 4, 3, 1);
     const std::size_t height = Find(clip.file, "strf") + 8 + 8;

@@ -51,6 +51,11 @@ std::optional<AviChunk> NextChunk(CInputStream& input) {
     return chunk;
 }
 
+AviMainHeader ReadMainHeader(CInputStream& input, const AviChunk& chunk) {
+    const auto bytes = ReadFront<40>(input, chunk);
+    return {Little32(&bytes[32]), Little32(&bytes[36])};
+}
+
 AviStreamHeader ReadStreamHeader(CInputStream& input, const AviChunk& chunk) {
     const auto bytes = ReadFront<36>(input, chunk);
     return {Little32(&bytes[0]), Little32(&bytes[20]), Little32(&bytes[24]), Little32(&bytes[32])};

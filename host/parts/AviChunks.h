@@ -19,7 +19,11 @@ struct AviChunk {
 // Nothing at the end of the input or when it ends inside the header, which is then taken.
 std::optional<AviChunk> NextChunk(CInputStream& input);
 
-// What a stream header chunk (strh) and a bitmap header (strf) say, as far as it matters here.
+// What the main header chunk (avih), a stream header (strh) and a bitmap header (strf) say, as far as it matters here.
+struct AviMainHeader {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+};
 struct AviStreamHeader {
     std::uint32_t type = 0;
     std::uint32_t scale = 0;
@@ -33,7 +37,8 @@ struct AviBitmapHeader {
     std::uint32_t compression = 0;
 };
 
-// Both take the whole chunk off the input, pad byte and all; what the chunk is too short for stays 0.
+// These take the whole chunk off the input, pad byte and all; what the chunk is too short for stays 0.
+AviMainHeader ReadMainHeader(CInputStream& input, const AviChunk& chunk);
 AviStreamHeader ReadStreamHeader(CInputStream& input, const AviChunk& chunk);
 AviBitmapHeader ReadBitmapHeader(CInputStream& input, const AviChunk& chunk);
 

@@ -62,6 +62,7 @@ private:
     bool IsFrame(const AviChunk& chunk) const;
     bool PassesPart(const AviChunk& chunk) const;
     void ReadFrame(const AviChunk& chunk);
+    bool Fits(const AviChunk& chunk) const;
     bool Pass(const AviChunk& chunk);
     bool IsComplete() const;
     void CheckEnd(std::uint64_t start) const;
@@ -69,6 +70,7 @@ private:
 
     CInputStream& m_input;
     ClipInfo m_info;
+    AviMainHeader m_main;
     int m_stream = -1; // the video stream's number
     bool m_topDown = true;
     std::size_t m_tight = 0;  // bytes of a row without padding
@@ -92,6 +94,8 @@ void CAviSource::ReadHeaders() {
         }
         if (chunk->type == FourCc('s', 't', 'r', 'l')) {
             ++stream;
+        } else if (chunk->id == FourCc('a', 'v', 'i', 'h')) {
+            m_main = ReadMainHeader(m_input, *chunk);
         } else if (chunk->id == FourCc('s', 't', 'r', 'h')) {
             header = ReadStreamHeader(m_input, *chunk);
         } else if (chunk->id == FourCc('s', 't', 'r', 'f') && header.type == FourCc('v', 'i', 'd', 's') &&
@@ -132,8 +136,8 @@ void CAviSource::TakeFormat(const AviStreamHeader& stream, const AviBitmapHeader
     m_tight = static_cast<std::size_t>(bitmap.width) * static_cast<std::size_t>(found->bits) / 8;
     m_padded = (m_tight + 3) & ~std::size_t{3};
     m_stride = m_padded;
-    // A writer that could not go back to write sizes had no count either, whatever stands there. Other headers count the
-    // frames of one part, or the chunks of all streams.
+    // A writer that could not go back to write sizes had no count either, whatever stands there. Other headers count
+    // the frames of one part, or the chunks of all streams.
     m_declared = m_partEnd ? stream.length : 0;
     // The count that the header names is believed only as far as the file can hold it; from a pipe it is a guess.
     if (const auto size = m_input.Size()) {
@@ -227,20 +231,33 @@ void CAviSource::CheckEnd(std::uint64_t start) const {
     }
 }
 
+// Whether this can be a frame: all have one size. Some writers make them larger than the picture; but when the main
+// header tells another picture, it is the bitmap header that is damaged.
+bool CAviSource::Fits(const AviChunk& chunk) const {
+    if (m_chunkBytes != 0) {
+        return chunk.bytes == m_chunkBytes;
+    }
+    const auto width = static_cast<std::uint32_t>(m_info.width);
+    const auto rows = static_cast<std::uint32_t>(m_info.height);
+    const bool otherPicture = m_main.width != 0 && (m_main.width != width || m_main.height != rows);
+    return chunk.bytes == m_tight * rows || chunk.bytes == m_padded * rows ||
+           (chunk.bytes > m_tight * rows && !otherPicture);
+}
+
 void CAviSource::ReadFrame(const AviChunk& chunk) {
     if (chunk.bytes == 0 && m_next != 0) {
         return; // an empty chunk stands for the frame before it, once more
     }
-    const std::size_t rows = static_cast<std::size_t>(m_info.height);
-    m_stride = chunk.bytes >= m_padded * rows ? m_padded : m_tight;
-    const std::size_t wanted = m_stride * rows;
-    const std::size_t least = m_chunkBytes != 0 ? m_chunkBytes : wanted;
     if (PassesPart(chunk)) {
         ThrowTooLarge(chunk);
     }
-    if (chunk.bytes < least || (m_chunkBytes != 0 && chunk.bytes > least)) {
+    const std::size_t rows = static_cast<std::size_t>(m_info.height);
+    m_stride = chunk.bytes >= m_padded * rows ? m_padded : m_tight;
+    const std::size_t wanted = m_stride * rows;
+    if (!Fits(chunk)) {
         ThrowDamaged(m_input, chunk.offset, m_next,
-                     "it has " + std::to_string(chunk.bytes) + " bytes instead of " + std::to_string(least));
+                     "it has " + std::to_string(chunk.bytes) + " bytes instead of " +
+                         std::to_string(m_chunkBytes != 0 ? m_chunkBytes : wanted));
     }
     m_chunkBytes = chunk.bytes;
     const std::size_t got = m_frame.Read(m_input, wanted);

@@ -7,6 +7,7 @@
 #include "host/win/Console.h"
 #include "host/win/Files.h"
 #include "host/win/MediaSource.h"
+#include "host/win/Text.h"
 
 #include <new>
 #include <utility>
@@ -28,7 +29,7 @@ CInput::CInput(const Command& command)
     if (info.rate) {
         m_rate = *info.rate;
     } else if (!command.options.quiet) {
-        Say(command.input + ": names no usable frame rate; 25 frames per second are assumed.\n");
+        Say(Printable(command.input) + ": names no usable frame rate; 25 frames per second are assumed.\n");
     }
 }
 
@@ -89,7 +90,7 @@ bool CInput::Advance() {
                                                  " Make the input anew, or use --cut-off keep to take the whole "
                                                  "frames before that place.");
         }
-        Say(std::string(error.what()) + " The whole frames before that place are kept.\n");
+        Say(Printable(error.what()) + " The whole frames before that place are kept.\n");
         return false;
     }
 }

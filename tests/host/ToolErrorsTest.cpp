@@ -45,6 +45,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
     Write("protected.y4m", {});
     SetFileAttributesW((m_folder / "protected.y4m").c_str(), FILE_ATTRIBUTE_READONLY);
     std::filesystem::create_directory(m_folder / "folder.y4m");
+    Write("tag.y4m", FromText("YUV4MPEG2 W8 H8 C42\x1B[2J\xC2\x9B\n"));
     Write("huge.y4m", FromText("YUV4MPEG2 W16384 H16384 F25:1 C444\nFRAME\n"));
     const std::vector<std::string> before = Files();
     constexpr struct {
@@ -61,6 +62,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"clip.y4m --to none --still 1 clip.y4m --force", 1, "clip.y4m: another file of this run"},
         {"absent.y4m out.y4m", 2, "absent.y4m: cannot be opened"},
         {"\x1B]0;\x07\xC2\x9B.y4m out.y4m", 2, "nmfvdeint: ?]0;??.y4m: cannot be opened"},
+        {"tag.y4m out.y4m", 2, "pixel format C42?[2J? is"},
         {"cut.y4m out.y4m", 2, "inside frame 2"},
         {"cut.y4m out.avi", 2, "--cut-off keep"},
         {"cut.y4m - --to raw", 2, "inside frame 2"},

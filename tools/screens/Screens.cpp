@@ -20,7 +20,7 @@ void Save(const std::string& path, const RECT& area) {
     for (std::size_t i = 0; i < pixels.size(); ++i) {
         std::memcpy(&image.pixels[3 * i], &pixels[i], 3);
     }
-    host::WritePng(path, image, true);
+    host::WritePng(*host::OpenOutput(path, true), image);
     std::printf("%s: %d x %d\n", path.c_str(), image.width, image.height);
 }
 

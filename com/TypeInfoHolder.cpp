@@ -1,6 +1,6 @@
 #include "com/TypeInfoHolder.h"
 
-#include "com/ProcessEnd.h"
+#include "base/ProcessEnd.h"
 
 #include <mutex>
 #include <new>

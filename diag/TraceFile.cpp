@@ -1,5 +1,6 @@
 #include "diag/TraceFile.h"
 
+#include "base/Handles.h"
 #include "diag/Trace.h"
 #include "diag/TracePaths.h"
 
@@ -11,40 +12,20 @@ namespace {
 
 constexpr std::int32_t kPatience = 1000;
 
-class File {
-public:
-    explicit File(HANDLE handle)
-        : m_handle(handle) {}
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    ~File() {
-        if (IsOpen()) {
-            CloseHandle(m_handle);
-        }
-    }
+bool IsEmpty(const CFileHandle& file) {
+    LARGE_INTEGER size = {};
+    return GetFileSizeEx(file.Get(), &size) && size.QuadPart == 0;
+}
 
-    bool IsOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
+// Best effort, as all of tracing.
+void Write(const CFileHandle& file, const void* bytes, std::int32_t count) {
+    DWORD written = 0;
+    WriteFile(file.Get(), bytes, static_cast<DWORD>(count), &written, nullptr);
+}
 
-    bool IsEmpty() const {
-        LARGE_INTEGER size = {};
-        return GetFileSizeEx(m_handle, &size) && size.QuadPart == 0;
-    }
-
-    void ToEnd() const { SetFilePointerEx(m_handle, {}, nullptr, FILE_END); }
-
-    // Best effort, as all of tracing.
-    void Write(const void* bytes, std::int32_t count) const {
-        DWORD written = 0;
-        WriteFile(m_handle, bytes, static_cast<DWORD>(count), &written, nullptr);
-    }
-
-private:
-    HANDLE m_handle;
-};
-
-HANDLE Open(const wchar_t* path) {
-    return CreateFileW(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                       nullptr);
+CFileHandle Open(const wchar_t* path) {
+    return CFileHandle(CreateFileW(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+                                   FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 // True when the file at `path` is to be tried inside a folder of that name from now on.
@@ -69,22 +50,22 @@ bool IsLocked(DWORD error) {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
-HANDLE OpenWithPatience(std::atomic<std::uint32_t>& folderFallback) {
+CFileHandle OpenWithPatience(std::atomic<std::uint32_t>& folderFallback) {
     const TraceStopwatch waiting;
     for (;;) {
         wchar_t path[kTracePathSize] = {};
         std::wcsncpy(path, TracePath, kTracePathSize - 1);
-        const HANDLE file = Open(path);
+        CFileHandle file = Open(path);
         const DWORD error = GetLastError();
         // Kept: with the fallback made, a file in use is not waited for. Test: TraceLog.FolderInThePlaceOfTheFile.
-        if (file != INVALID_HANDLE_VALUE || folderFallback == 0) {
+        if (file || folderFallback == 0) {
             return file;
         }
         if (error == ERROR_ACCESS_DENIED && FallBackToFolder(path, folderFallback)) {
             continue;
         }
         if (waiting.Elapsed() >= kPatience || !IsLocked(error)) {
-            return INVALID_HANDLE_VALUE;
+            return file;
         }
         Sleep(1);
     }
@@ -93,13 +74,13 @@ HANDLE OpenWithPatience(std::atomic<std::uint32_t>& folderFallback) {
 } // namespace
 
 void AppendToTraceFile(std::atomic<std::uint32_t>& folderFallback, const char* bytes, std::int32_t count) {
-    const File file(OpenWithPatience(folderFallback));
-    if (!file.IsOpen()) {
+    const CFileHandle file = OpenWithPatience(folderFallback);
+    if (!file) {
         return;
     }
-    if (file.IsEmpty()) {
-        file.Write("\xEF\xBB\xBF", 3);
+    if (IsEmpty(file)) {
+        Write(file, "\xEF\xBB\xBF", 3);
     }
-    file.ToEnd();
-    file.Write(bytes, count);
+    SetFilePointerEx(file.Get(), {}, nullptr, FILE_END);
+    Write(file, bytes, count);
 }

@@ -20,30 +20,36 @@ bool TakeSpin(std::atomic<std::int32_t>& spin, DWORD limit) {
     return true;
 }
 
-// Calls `open` with the section's name; null when the path is too long for one.
+// Calls `open` with the section's name; empty when the path is too long for one.
 template <typename Function>
-HANDLE WithName(const wchar_t* path, Function open) {
+CHandle WithName(const wchar_t* path, Function open) {
     wchar_t name[kTracePathSize + 32];
-    return MakeSectionName(GetCurrentProcessId(), path, name, std::size(name)) ? open(name) : nullptr;
+    return CHandle(MakeSectionName(GetCurrentProcessId(), path, name, std::size(name)) ? open(name) : nullptr);
 }
 
 } // namespace
 
-HANDLE OpenTraceSection(const wchar_t* path) {
+CHandle OpenTraceSection(const wchar_t* path) {
     return WithName(path, [](const wchar_t* name) {
         return CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(TraceSection), name);
     });
 }
 
 bool IsInTraceSection(const wchar_t* path, const TraceWriter* writer) {
-    const HANDLE section =
+    CHandle section =
         WithName(path, [](const wchar_t* name) { return OpenFileMappingW(FILE_MAP_ALL_ACCESS, FALSE, name); });
     if (!section) {
         return false;
     }
-    const TraceSectionView view(section);
-    CloseHandle(section);
-    return !view || view->writer == writer; // one that can't be seen may have it
+    const TraceSectionView view = ViewOf(section);
+    section.Reset();
+    return !view || view.Get()->writer == writer; // one that can't be seen may have it
+}
+
+TraceSectionView ViewOf(const CHandle& section) {
+    void* const view =
+        section ? MapViewOfFile(section.Get(), FILE_MAP_ALL_ACCESS, 0, 0, sizeof(TraceSection)) : nullptr;
+    return TraceSectionView(static_cast<TraceSection*>(view));
 }
 
 TraceSectionLock::TraceSectionLock(TraceSection& section, DWORD limit)

@@ -1,6 +1,8 @@
 // The piece of shared memory through which the modules of one process find their common trace writer.
 #pragma once
 
+#include "base/Handles.h"
+
 #include <atomic>
 #include <cstdint>
 
@@ -17,33 +19,22 @@ struct TraceSection {
 static_assert(sizeof(TraceSection) == 16);
 static_assert(std::atomic<TraceWriter*>::is_always_lock_free && std::atomic<std::int32_t>::is_always_lock_free);
 
-// Creates the section for a trace file's path in this process, or opens the one that another module created. Null when
-// neither works. The caller closes the handle.
-HANDLE OpenTraceSection(const wchar_t* path);
+// Creates the section for a trace file's path in this process, or opens the one that another module created. Empty when
+// neither works; the last error is CreateFileMapping's.
+CHandle OpenTraceSection(const wchar_t* path);
 
 // True when the section for that path is held open by anybody and has this writer's address.
 bool IsInTraceSection(const wchar_t* path, const TraceWriter* writer);
 
-// A section while it can be seen in memory.
-class TraceSectionView {
-public:
-    explicit TraceSectionView(HANDLE section)
-        : m_view(section ? MapViewOfFile(section, FILE_MAP_ALL_ACCESS, 0, 0, sizeof(TraceSection)) : nullptr) {}
-    TraceSectionView(const TraceSectionView&) = delete;
-    TraceSectionView& operator=(const TraceSectionView&) = delete;
-    ~TraceSectionView() {
-        if (m_view) {
-            UnmapViewOfFile(m_view);
-        }
-    }
-
-    explicit operator bool() const { return m_view != nullptr; }
-    TraceSection& operator*() const { return *static_cast<TraceSection*>(m_view); }
-    TraceSection* operator->() const { return static_cast<TraceSection*>(m_view); }
-
-private:
-    void* m_view;
+struct TraceSectionViewPolicy {
+    using Type = TraceSection*;
+    static Type Invalid() { return nullptr; }
+    static void Close(Type view) { UnmapViewOfFile(view); }
 };
+using TraceSectionView = CScoped<TraceSectionViewPolicy>;
+
+// The section while it can be seen in memory; empty without a section, or when it can't be seen.
+TraceSectionView ViewOf(const CHandle& section);
 
 // Holds the section's lock from construction, which tries every 10 ms for at most `limit` milliseconds or, with
 // INFINITE, without end. After the limit the thread goes on without the lock.

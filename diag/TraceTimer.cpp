@@ -1,5 +1,6 @@
 #include "diag/TraceTimer.h"
 
+#include "base/ProcessEnd.h"
 #include "diag/Trace.h"
 #include "diag/TraceWriter.h"
 
@@ -9,14 +10,6 @@ constexpr DWORD kPeriod = 500;
 
 void CALLBACK OnTimer(void* writer, BOOLEAN) {
     static_cast<TraceWriter*>(writer)->OnTimer();
-}
-
-// True while the process ends: its other threads are gone then, in the middle of whatever they did.
-bool ProcessIsEnding() {
-    using Function = BOOLEAN(NTAPI*)();
-    const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll");
-    const FARPROC found = ntdll ? GetProcAddress(ntdll, "RtlDllShutdownInProgress") : nullptr;
-    return found && reinterpret_cast<Function>(reinterpret_cast<void*>(found))();
 }
 
 void DeleteQueue(HANDLE queue) {

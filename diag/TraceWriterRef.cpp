@@ -6,6 +6,7 @@
 #include <cwchar>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -39,16 +40,14 @@ TraceWriter* TraceWriterRef::Acquire() {
 
 TraceWriter* TraceWriterRef::FindOrCreate() {
     std::wcsncpy(m_path, TracePath, kTracePathSize - 1);
-    const HANDLE section = OpenTraceSection(m_path);
+    CHandle section = OpenTraceSection(m_path);
     TraceWriter* writer = nullptr;
-    if (const TraceSectionView view(section); view) {
-        writer = WriterOf(*view);
+    if (const TraceSectionView view = ViewOf(section); view) {
+        writer = WriterOf(*view.Get());
     }
     if (writer) {
-        m_section = section;
+        m_section = std::move(section);
         m_writer = writer;
-    } else if (section) {
-        CloseHandle(section);
     }
     return writer;
 }
@@ -59,17 +58,17 @@ void TraceWriterRef::Close() {
     if (!writer) {
         return;
     }
-    const TraceSectionView view(m_section);
+    const TraceSectionView view = ViewOf(m_section);
     std::optional<TraceSectionLock> hold;
     if (view) {
-        hold.emplace(*view, kCloseLimit);
+        hold.emplace(*view.Get(), kCloseLimit);
     }
     const bool last = writer->Release() == 0;
     if (last && view) {
         // Kept: the address is written back, not cleared. Test: TraceLog.SharedSection.
-        view->writer = writer;
+        view.Get()->writer = writer;
     }
-    CloseHandle(m_section);
+    m_section.Reset();
     // The section's name goes with its last handle. As long as there is one, a module may be waiting for the lock,
     // about to take the writer whose address it finds: the writer then stays, for that module to free. Versions of this
     // code that free it at once leave such a module with a dead address, which it can't tell from a good one.
@@ -77,5 +76,4 @@ void TraceWriterRef::Close() {
         writer->Destroy();
     }
     m_writer = nullptr;
-    m_section = nullptr;
 }

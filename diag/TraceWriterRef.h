@@ -1,12 +1,11 @@
 // A module's hold on the trace writer of its process.
 #pragma once
 
+#include "base/Handles.h"
 #include "diag/Trace.h"
 #include "diag/TraceLock.h"
 
 #include <atomic>
-
-#include <windows.h>
 
 struct TraceWriter;
 
@@ -30,7 +29,7 @@ private:
 
     TraceLock m_lock;
     wchar_t m_path[kTracePathSize] = {}; // the section's; TracePath may change
-    HANDLE m_section = nullptr;
+    CHandle m_section;
     std::atomic<TraceWriter*> m_writer{nullptr};
     std::atomic<bool> m_closed{false};
 };

@@ -1,6 +1,6 @@
 #include "server/ClassKeys.h"
 
-#include "com/RegKey.h"
+#include "base/Handles.h"
 #include "server/ModulePath.h"
 
 #include <cstdio>

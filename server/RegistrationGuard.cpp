@@ -1,6 +1,6 @@
 #include "server/RegistrationGuard.h"
 
-#include "com/RegKey.h"
+#include "base/Handles.h"
 #include "server/ClassKeys.h"
 #include "server/ModulePath.h"
 

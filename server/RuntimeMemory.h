@@ -1,7 +1,7 @@
 // What the C++ run-time takes for itself in every module that it is linked into.
 #pragma once
 
-#include "com/ProcessEnd.h"
+#include "base/ProcessEnd.h"
 
 #include <cstddef> // for the library's name
 

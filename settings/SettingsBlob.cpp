@@ -1,6 +1,6 @@
 #include "settings/SettingsBlob.h"
 
-#include "com/RegKey.h"
+#include "base/Handles.h"
 
 #include <memory>
 #include <new>

@@ -14,7 +14,6 @@
 #include <functional>
 #include <map>
 #include <mutex>
-#include <optional>
 #include <regex>
 #include <sstream>
 #include <thread>
@@ -119,9 +118,10 @@ TEST_F(TraceLog, SharedSection) {
     TracingModule first(kOneModule, kToFile, m_file);
     TracingModule second(kOtherModule, kToFile, m_file);
     first.Line("a");
-    const HANDLE section = OpenTraceSection(m_file.c_str());
+    CHandle section = OpenTraceSection(m_file.c_str());
     EXPECT_EQ(static_cast<DWORD>(ERROR_ALREADY_EXISTS), GetLastError());
-    const TraceSectionView view(section);
+    const TraceSectionView sectionView = ViewOf(section);
+    TraceSection* const view = sectionView.Get();
     const TraceWriter* const writer = view->writer;
     ASSERT_NE(nullptr, writer);
     EXPECT_EQ(1u, writer->references);
@@ -137,7 +137,7 @@ TEST_F(TraceLog, SharedSection) {
     TracingModule third(kOneModule, kToFile, m_file);
     third.Line("c");
     EXPECT_EQ(1u, writer->references);
-    CloseHandle(section);
+    section.Reset();
     third.Unload();
     EXPECT_FALSE(IsOnProcessHeap(writer));
     EXPECT_EQ(kMark + "\r\na\r\nb\r\nc", Contents(m_file));
@@ -166,15 +166,15 @@ TEST_F(TraceLog, ByteOrderMarkInEmptyFilesOnly) {
 
 TEST_F(TraceLog, FileInUse) {
     const TracingModule module(kOneModule, kToFile, m_file);
-    std::optional<LockedFile> lock(m_file);
+    CFileHandle lock = LockFile(m_file);
     module.Line("waits");
     Sleep(900);
-    lock.reset();
+    lock.Reset();
     EXPECT_TRUE(FileBecomes(kMark + "\r\nwaits", 1000));
-    lock.emplace(m_file);
+    lock = LockFile(m_file);
     module.Line("lost");
     Sleep(2200);
-    lock.reset();
+    lock.Reset();
     module.Line("comes");
     EXPECT_TRUE(FileBecomes(kMark + "\r\nwaits\r\ncomes", 2000)) << Contents(m_file);
 }
@@ -186,7 +186,7 @@ TEST_F(TraceLog, FolderInThePlaceOfTheFile) {
     module.Line("a");
     EXPECT_TRUE(ComesTrue([&] { return Contents(inside) == kMark + "\r\na"; }, 1500));
     EXPECT_EQ(inside, module.Call<const wchar_t*>("Path"));
-    const LockedFile lock(inside);
+    const CFileHandle lock = LockFile(inside);
     module.Line("lost");
     const ULONGLONG start = GetTickCount64();
     module.Unload();
@@ -256,7 +256,7 @@ TEST_F(TraceLog, BufferOfAnotherCompiler) {
 // The timer comes due while the unloading thread, which holds the loader's lock, waits for the file.
 TEST_F(TraceLog, UnloadingWhileTheTimerComesDue) {
     TracingModule module(kOneModule, kToFile, m_file);
-    const LockedFile lock(m_file);
+    const CFileHandle lock = LockFile(m_file);
     module.Line("lost");
     Sleep(200);
     const ULONGLONG start = GetTickCount64();
@@ -273,13 +273,12 @@ struct Belongings {
     static Belongings Now() {
         Belongings now;
         now.bytes = BusyBytes(GetProcessHeap());
-        const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+        const CFileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
         THREADENTRY32 thread = {};
         thread.dwSize = sizeof(thread);
-        for (BOOL more = Thread32First(snapshot, &thread); more; more = Thread32Next(snapshot, &thread)) {
+        for (BOOL more = Thread32First(snapshot.Get(), &thread); more; more = Thread32Next(snapshot.Get(), &thread)) {
             now.threads += thread.th32OwnerProcessID == GetCurrentProcessId();
         }
-        CloseHandle(snapshot);
         for (ULONG_PTR value = 4; value < 0x4000; value += 4) {
             DWORD flags = 0;
             now.handles += GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) != FALSE;
@@ -298,11 +297,11 @@ TEST_F(TraceLog, UnloadingInTheMiddleOfAFlushLeavesNothing) {
     const auto round = [&] {
         std::filesystem::remove(m_file);
         TracingModule module(kOneModule, kToFile, m_file);
-        std::optional<LockedFile> lock(m_file);
+        CFileHandle lock = LockFile(m_file);
         module.Line("a");
         std::thread unlocking([&] {
             Sleep(750);
-            lock.reset();
+            lock.Reset();
         });
         Sleep(600);
         module.Line("b");
@@ -360,9 +359,7 @@ TEST_F(TraceLog, UnloadingWhileTheWriterIsLocked) {
             {
                 TracingModule module(kOneModule, kToFile, m_file);
                 module.Line("a");
-                const HANDLE section = OpenTraceSection(m_file.c_str());
-                TraceWriter& writer = *TraceSectionView(section)->writer;
-                CloseHandle(section);
+                TraceWriter& writer = *ViewOf(OpenTraceSection(m_file.c_str())).Get()->writer;
                 std::thread([&] {
                     const std::lock_guard hold(writer.lock);
                     Sleep(held);
@@ -383,7 +380,7 @@ TEST_F(TraceLog, ProcessEndsInTheMiddleOfAFlush) {
     const ULONGLONG start = GetTickCount64();
     EXPECT_EXIT(
         {
-            const LockedFile lock(m_file);
+            const CFileHandle lock = LockFile(m_file);
             const TracingModule module(kOneModule, kToFile, m_file);
             module.Line("a");
             Sleep(700);

@@ -1,11 +1,11 @@
 // A loaded test module, and the file it traces to.
 #pragma once
 
+#include "base/Handles.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
-
-#include <windows.h>
 
 inline constexpr wchar_t kOneModule[] = L"trace_module_a.dll";
 inline constexpr wchar_t kOtherModule[] = L"trace_module_b.dll";
@@ -40,14 +40,6 @@ private:
 };
 
 // Holds a file open so that nobody else gets it.
-class LockedFile {
-public:
-    explicit LockedFile(const std::filesystem::path& path)
-        : m_file(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_ALWAYS, 0, nullptr)) {}
-    LockedFile(const LockedFile&) = delete;
-    LockedFile& operator=(const LockedFile&) = delete;
-    ~LockedFile() { CloseHandle(m_file); }
-
-private:
-    HANDLE m_file;
-};
+inline CFileHandle LockFile(const std::filesystem::path& path) {
+    return CFileHandle(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_ALWAYS, 0, nullptr));
+}

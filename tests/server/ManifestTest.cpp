@@ -1,5 +1,5 @@
 // The shipped assembly manifest: the classes without registration.
-#include "com/Scoped.h"
+#include "base/Handles.h"
 #include "tests/support/ComChecks.h"
 #include "tests/support/Files.h"
 #include "tests/support/PrivateRegistry.h"
@@ -123,8 +123,8 @@ void LendControl(CComRef<IStream>& stream, HANDLE ready, HANDLE done) {
 
 TEST_F(Manifest, ControlInterfaceReachesOtherApartments) {
     const Activation activation;
-    CScoped<HANDLE, &CloseHandle> ready(CreateEventW(nullptr, TRUE, FALSE, nullptr));
-    CScoped<HANDLE, &CloseHandle> done(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    CHandle ready(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    CHandle done(CreateEventW(nullptr, TRUE, FALSE, nullptr));
     CComRef<IStream> stream;
     std::thread apartment([&] { LendControl(stream, ready.Get(), done.Get()); });
     WaitForSingleObject(ready.Get(), INFINITE);

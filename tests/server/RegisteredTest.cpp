@@ -29,11 +29,10 @@ DWORD Regsvr32(const std::string& arguments) {
     if (!CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) {
         return MAXDWORD;
     }
+    const CHandle thread(process.hThread), server(process.hProcess);
     DWORD code = MAXDWORD;
     WaitForSingleObject(process.hProcess, 60000);
     GetExitCodeProcess(process.hProcess, &code);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
     return code;
 }
 
@@ -62,11 +61,10 @@ bool Enumerates(const GUID& category, MFT_REGISTER_TYPE_INFO* input) {
 class Registered : public testing::Test {
 protected:
     void SetUp() override {
-        HKEY key = nullptr;
-        if (RegOpenKeyExA(HKEY_CLASSES_ROOT, "CLSID", 0, KEY_ALL_ACCESS, &key) != ERROR_SUCCESS) {
+        CRegKey key;
+        if (RegOpenKeyExA(HKEY_CLASSES_ROOT, "CLSID", 0, KEY_ALL_ACCESS, key.Put()) != ERROR_SUCCESS) {
             GTEST_SKIP() << "registration needs elevated rights";
         }
-        RegCloseKey(key);
         ASSERT_EQ("-", ClassesText(kTransformClass)) << "another copy is registered";
         ASSERT_TRUE(m_user.Active());
         m_before = ListClasses();

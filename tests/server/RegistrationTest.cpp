@@ -105,16 +105,15 @@ void Protect(HKEY key, const char* rights) {
 TEST_F(Registration, MissingRightsAreTold) {
     const std::string server = std::string(kClasses[0].key) + "\\InprocServer32";
     const std::string newer = m_copies.Add("newer", 0x00020000, 0);
-    HKEY key = nullptr;
-    RegCreateKeyExA(HKEY_CLASSES_ROOT, server.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
-    RegSetValueA(key, nullptr, REG_SZ, newer.c_str(), 0);
+    CRegKey key;
+    RegCreateKeyExA(HKEY_CLASSES_ROOT, server.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key.Put(), nullptr);
+    RegSetValueA(key.Get(), nullptr, REG_SZ, newer.c_str(), 0);
     EXPECT_HR(S_OK, m_module.Register());
-    Protect(key, "D:(A;;KR;;;WD)");
+    Protect(key.Get(), "D:(A;;KR;;;WD)");
     EXPECT_HR(E_ACCESSDENIED, m_module.Register());
     EXPECT_EQ(newer, ClassesText(server));
     EXPECT_EQ("-", ClassesText(kClasses[1].key));
-    Protect(key, "D:(A;;KA;;;WD)");
-    RegCloseKey(key);
+    Protect(key.Get(), "D:(A;;KA;;;WD)");
 }
 
 TEST_F(Registration, TypeLibraryFailureIsShownOnly) {

@@ -2,6 +2,8 @@
 // lands in a key that nobody else sees and that goes with this, so programs may run side by side.
 #pragma once
 
+#include "base/Handles.h"
+
 #include <cstdio>
 #include <string>
 
@@ -14,26 +16,26 @@ public:
         char name[64];
         std::snprintf(name, sizeof(name), "Software\\NMFVTest.%lu.%p", GetCurrentProcessId(), static_cast<void*>(root));
         m_path = name;
-        RegCreateKeyExA(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &m_key, nullptr);
-        m_active = m_key && RegOverridePredefKey(root, m_key) == ERROR_SUCCESS;
+        RegCreateKeyExA(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, m_key.Put(), nullptr);
+        m_active = m_key && RegOverridePredefKey(root, m_key.Get()) == ERROR_SUCCESS;
     }
     PrivateRegistry(const PrivateRegistry&) = delete;
     PrivateRegistry& operator=(const PrivateRegistry&) = delete;
     ~PrivateRegistry() {
         RegOverridePredefKey(m_root, nullptr);
-        RegCloseKey(m_key);
+        m_key.Reset();
         RegDeleteTreeA(HKEY_CURRENT_USER, m_path.c_str());
     }
 
     // Takes the key away from under the root: every access fails from then on.
-    void Delete() { RegDeleteKeyA(m_key, ""); }
+    void Delete() { RegDeleteKeyA(m_key.Get(), ""); }
 
     // False when the platform refused; tests must then not go on.
     bool Active() const { return m_active; }
 
 private:
     HKEY m_root;
-    HKEY m_key = nullptr;
+    CRegKey m_key;
     std::string m_path;
     bool m_active = false;
 };

@@ -1,6 +1,6 @@
 #include "ui/help/Help.h"
 
-#include "com/RegKey.h"
+#include "base/Handles.h"
 #include "diag/Trace.h"
 #include "ui/help/HtmlHelp.h"
 #include "ui/help/Shell.h"

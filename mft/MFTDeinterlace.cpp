@@ -4,28 +4,11 @@
 #include "settings/SettingsBlob.h"
 #include "settings/SettingsDefaults.h"
 
-#include <new>
-
 #include <mfapi.h>
 
-HRESULT CMFTDeinterlace::CreateInstance(IUnknown* outer, REFIID riid, void** ppv) {
-    if (!ppv) {
-        return E_POINTER;
-    }
-    if (outer) {
-        return CLASS_E_NOAGGREGATION;
-    }
-    auto* const object = new (std::nothrow) CMFTDeinterlace;
-    if (!object) {
-        return E_OUTOFMEMORY;
-    }
-    (void)object->LoadAttributes(); // a transform whose settings can't be loaded works with its defaults
-    const HRESULT hr = object->QueryInterface(riid, ppv);
-    object->Release();
-    return hr;
+CMFTDeinterlace::CMFTDeinterlace() {
+    (void)LoadAttributes(); // a transform whose settings can't be loaded works with its defaults
 }
-
-CMFTDeinterlace::CMFTDeinterlace() = default;
 
 CMFTDeinterlace::~CMFTDeinterlace() {
     m_pInputType.Reset();
@@ -51,18 +34,6 @@ STDMETHODIMP CMFTDeinterlace::QueryInterface(REFIID riid, void** ppv) {
     }
     AddRef();
     return S_OK;
-}
-
-STDMETHODIMP_(ULONG) CMFTDeinterlace::AddRef() {
-    return static_cast<ULONG>(InterlockedIncrement(&m_references));
-}
-
-STDMETHODIMP_(ULONG) CMFTDeinterlace::Release() {
-    const LONG references = InterlockedDecrement(&m_references);
-    if (references == 0) {
-        delete this;
-    }
-    return static_cast<ULONG>(references);
 }
 
 // The store itself: what a pipeline sets there is a setting.

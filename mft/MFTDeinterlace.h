@@ -2,6 +2,7 @@
 #pragma once
 
 #include "com/BaseObject.h"
+#include "com/ComObject.h"
 #include "com/ComRef.h"
 #include "com/CriticalSection.h"
 #include "engine/DeinterlaceFilter.h"
@@ -11,16 +12,13 @@
 
 // One input stream and one output stream of the same type; each input frame gives one output frame. Callable from any
 // thread: the type and streaming methods run whole under one lock, the control interface takes none.
-class CMFTDeinterlace : MediaFoundationSamples::BaseObject, public IMFTransform, public CDeinterlaceFilter {
+class CMFTDeinterlace final : MediaFoundationSamples::BaseObject, public CRefCounted<IMFTransform, CDeinterlaceFilter> {
 public:
-    // E_POINTER, CLASS_E_NOAGGREGATION, E_OUTOFMEMORY or E_NOINTERFACE. Settings that can't be loaded are no failure:
-    // the object then has its defaults.
-    static HRESULT CreateInstance(IUnknown* outer, REFIID riid, void** ppv);
+    // Settings that can't be loaded are no failure: the object then has its defaults.
+    CMFTDeinterlace();
 
     // IUnknown
     STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
-    STDMETHODIMP_(ULONG) Release() override;
 
     // IMFTransform: streams and types
     STDMETHODIMP GetStreamLimits(DWORD* inputMinimum, DWORD* inputMaximum, DWORD* outputMinimum,
@@ -56,7 +54,6 @@ public:
     STDMETHODIMP SaveAttributes() override;
 
 private:
-    CMFTDeinterlace();
     ~CMFTDeinterlace() override;
 
     HRESULT CreateStore();
@@ -68,7 +65,6 @@ private:
     HRESULT DeinterlaceBuffers(IMFMediaBuffer* input, IMFMediaBuffer* output);
     bool IsTooShort(IMFMediaBuffer* buffer) const;
 
-    volatile LONG m_references = 1;
     CCriticalSection m_lock;
     CComRef<IMFSample> m_pSample; // the held input; while there is one, no type may change
     CComRef<IMFMediaType> m_pInputType;

@@ -3,7 +3,6 @@
 #include "com/BaseObject.h"
 
 #include <algorithm>
-#include <new>
 
 namespace MediaFoundationSamples {
 
@@ -18,18 +17,6 @@ STDMETHODIMP ClassFactory::QueryInterface(REFIID riid, void** ppv) {
     *ppv = static_cast<IClassFactory*>(this);
     AddRef();
     return S_OK;
-}
-
-STDMETHODIMP_(ULONG) ClassFactory::AddRef() {
-    return static_cast<ULONG>(InterlockedIncrement(&m_references));
-}
-
-STDMETHODIMP_(ULONG) ClassFactory::Release() {
-    const LONG references = InterlockedDecrement(&m_references);
-    if (references == 0) {
-        delete this;
-    }
-    return static_cast<ULONG>(references);
 }
 
 STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID riid, void** ppv) {
@@ -54,14 +41,6 @@ HRESULT GetClassObject(REFCLSID clsid, REFIID riid, void** ppv) {
     const auto classes = ClassTable();
     const auto row =
         std::find_if(classes.begin(), classes.end(), [&](const ClassEntry& entry) { return *entry.clsid == clsid; });
-    if (row == classes.end()) {
-        return CLASS_E_CLASSNOTAVAILABLE;
-    }
-    auto* const factory = new (std::nothrow) MediaFoundationSamples::ClassFactory(row->create);
-    if (!factory) {
-        return E_OUTOFMEMORY;
-    }
-    const HRESULT hr = factory->QueryInterface(riid, ppv);
-    factory->Release();
-    return hr;
+    return row == classes.end() ? CLASS_E_CLASSNOTAVAILABLE
+                                : CreateAndQuery<MediaFoundationSamples::ClassFactory>(riid, ppv, row->create);
 }

@@ -1,26 +1,22 @@
 // The one class factory for every class of the module.
 #pragma once
 
+#include "com/ComObject.h"
 #include "server/ClassTable.h"
 
 namespace MediaFoundationSamples {
 
 // Free-threaded. Not counted among the module's objects; LockServer is.
-class ClassFactory : public IClassFactory {
+class ClassFactory final : public CRefCounted<IClassFactory> {
 public:
     explicit ClassFactory(CreateInstanceFn create)
         : m_create(create) {}
 
     STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
-    STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** ppv) override;
     STDMETHODIMP LockServer(BOOL lock) override;
 
 private:
-    virtual ~ClassFactory() = default;
-
-    volatile LONG m_references = 1;
     const CreateInstanceFn m_create;
 };
 

@@ -11,7 +11,7 @@
 namespace {
 
 const ClassEntry g_ClassTable[] = {
-    {&CLSID_NMFVDeinterlace, "Nerin MF Video Deinterlace Transform", &CMFTDeinterlace::CreateInstance},
+    {&CLSID_NMFVDeinterlace, "Nerin MF Video Deinterlace Transform", &CreateUnaggregated<CMFTDeinterlace>},
     {&CLSID_NMFVDeinterlaceSettingsPage, "Nerin MF Video Deinterlace Transform Properties",
      &CreatePage<CDeinterlaceProperties>},
     {&CLSID_NMFVDeinterlaceRoiPage, "Nerin MF Video Deinterlace Transform ROI Properties",

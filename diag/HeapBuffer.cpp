@@ -1,4 +1,4 @@
-#include "diag/Buffers.h"
+#include "diag/text/Buffers.h"
 
 #include <windows.h>
 

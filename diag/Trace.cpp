@@ -1,6 +1,6 @@
 #include "diag/Trace.h"
 
-#include "diag/TraceDecoration.h"
+#include "diag/text/TraceDecoration.h"
 #include "diag/TraceWriter.h"
 #include "diag/TraceWriterRef.h"
 

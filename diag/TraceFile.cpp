@@ -2,7 +2,7 @@
 
 #include "base/Handles.h"
 #include "diag/Trace.h"
-#include "diag/TracePaths.h"
+#include "diag/text/TracePaths.h"
 
 #include <cwchar>
 

@@ -1,7 +1,7 @@
 #include "diag/TraceSection.h"
 
 #include "diag/Trace.h"
-#include "diag/TracePaths.h"
+#include "diag/text/TracePaths.h"
 
 #include <iterator>
 

@@ -1,7 +1,7 @@
 // Measures elapsed time, and traces it when it has a name.
 #pragma once
 
-#include "diag/ElapsedTime.h"
+#include "diag/text/ElapsedTime.h"
 
 // Starts at construction. Not thread-safe. Stands inside the writer that modules share, so its layout is fixed.
 class TraceStopwatch {

@@ -1,6 +1,6 @@
 #include "diag/TraceWriter.h"
 
-#include "diag/LineEnds.h"
+#include "diag/text/LineEnds.h"
 #include "diag/TraceFile.h"
 #include "diag/TraceTimer.h"
 

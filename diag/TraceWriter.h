@@ -1,7 +1,7 @@
 // The one object of a process that collects trace lines and writes them to the file in batches.
 #pragma once
 
-#include "diag/Buffers.h"
+#include "diag/text/Buffers.h"
 #include "diag/TraceLock.h"
 #include "diag/TraceStopwatch.h"
 

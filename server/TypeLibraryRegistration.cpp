@@ -1,7 +1,7 @@
 #include "server/TypeLibraryRegistration.h"
 
 #include "com/ComRef.h"
-#include "diag/ResultCodes.h"
+#include "diag/text/ResultCodes.h"
 #include "diag/Trace.h"
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // The region of interest and the protected area.
 #include "settings/DeinterlaceControl.h"
 
-#include "settings/RegionClamp.h"
+#include "settings/rules/RegionClamp.h"
 
 #include "NMFVDeinterlaceKeys.h"
 

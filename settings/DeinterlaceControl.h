@@ -4,7 +4,7 @@
 #pragma once
 
 #include "com/DispatchImpl.h"
-#include "settings/SegmentList.h"
+#include "settings/rules/SegmentList.h"
 #include "settings/StreamFormat.h"
 
 #include "NMFVDeinterlace.h"

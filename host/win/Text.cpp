@@ -1,6 +1,6 @@
 #include "host/win/Text.h"
 
-#include "diag/ResultCodes.h"
+#include "diag/text/ResultCodes.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -1,5 +1,5 @@
 // The names of result codes in trace lines.
-#include "diag/ResultCodes.h"
+#include "diag/text/ResultCodes.h"
 
 #include <gtest/gtest.h>
 
@@ -32,10 +32,10 @@ struct Row {
 };
 
 const Row kNames[] = {
-#include "diag/ResultNames.inc"
+#include "diag/text/ResultNames.inc"
 };
 const Row kWinsock[] = {
-#include "diag/WinsockNames.inc"
+#include "diag/text/WinsockNames.inc"
 };
 
 // The only ones that halving misses: two that stand outside the rising order, and the second of two with one code.

@@ -5,7 +5,7 @@
 #include "tests/support/Heap.h"
 
 #include "diag/Trace.h"
-#include "diag/TracePaths.h"
+#include "diag/text/TracePaths.h"
 #include "diag/TraceSection.h"
 #include "diag/TraceWriter.h"
 

@@ -1,5 +1,5 @@
-#include "diag/Buffers.h"
-#include "diag/LineEnds.h"
+#include "diag/text/Buffers.h"
+#include "diag/text/LineEnds.h"
 
 #include <gtest/gtest.h>
 

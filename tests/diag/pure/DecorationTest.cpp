@@ -1,7 +1,7 @@
-#include "diag/ElapsedTime.h"
+#include "diag/text/ElapsedTime.h"
 #include "diag/Trace.h"
-#include "diag/TraceDecoration.h"
-#include "diag/TracePaths.h"
+#include "diag/text/TraceDecoration.h"
+#include "diag/text/TracePaths.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // How edges are limited before they are stored: four rules that differ on purpose, and those of the protected area.
-#include "settings/RegionClamp.h"
+#include "settings/rules/RegionClamp.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The segment list against a vector.
-#include "settings/SegmentList.h"
+#include "settings/rules/SegmentList.h"
 #include "tests/support/RandomBytes.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "diag/LineEnds.h"
+#include "diag/text/LineEnds.h"
 
 #include <cstring>
 #include <limits>

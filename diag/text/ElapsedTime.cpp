@@ -1,4 +1,4 @@
-#include "diag/ElapsedTime.h"
+#include "diag/text/ElapsedTime.h"
 
 #include <algorithm>
 #include <cstdio>

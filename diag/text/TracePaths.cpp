@@ -1,4 +1,4 @@
-#include "diag/TracePaths.h"
+#include "diag/text/TracePaths.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,4 +1,4 @@
-#include "settings/SegmentList.h"
+#include "settings/rules/SegmentList.h"
 
 #include <new>
 

@@ -1,4 +1,4 @@
-#include "diag/ResultCodes.h"
+#include "diag/text/ResultCodes.h"
 
 #include <cstddef>
 #include <cstdio>
@@ -14,11 +14,11 @@ struct CodeRow {
 #define PUBLIC_ROW(code, name, ...) {code, #name __VA_ARGS__},
 
 constexpr CodeRow ResultNameTable[] = {
-#include "diag/ResultNames.inc"
+#include "diag/text/ResultNames.inc"
 };
 
 constexpr CodeRow WinsockNameTable[] = {
-#include "diag/WinsockNames.inc"
+#include "diag/text/WinsockNames.inc"
 };
 
 #undef PUBLIC_ROW

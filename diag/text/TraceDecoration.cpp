@@ -1,4 +1,4 @@
-#include "diag/TraceDecoration.h"
+#include "diag/text/TraceDecoration.h"
 
 #include "diag/RangeCheck.h"
 #include "diag/Trace.h"

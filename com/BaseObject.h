@@ -6,7 +6,7 @@
 namespace MediaFoundationSamples {
 
 // Objects alive, plus locks that class factories hold. Changed by interlocked operations only.
-extern volatile LONG g_ObjectCount;
+inline volatile LONG g_ObjectCount = 0;
 
 class BaseObject {
 public:

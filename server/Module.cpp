@@ -1,10 +1,24 @@
-// What the DLL exports; the names stand in NMFVDeitrx.def.
+// The module itself: its entry and what it exports; the names stand in NMFVDeitrx.def.
 #include "com/BaseObject.h"
 #include "server/ClassFactory.h"
-#include "server/Module.h"
 #include "server/Registration.h"
+#include "server/RuntimeMemory.h"
 
 #include <objbase.h>
+
+namespace {
+
+CRuntimeMemory g_runtimeMemory;
+HINSTANCE g_hModule = nullptr;
+
+} // namespace
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        g_hModule = module;
+    }
+    return TRUE;
+}
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID riid, void** ppv) {
     return GetClassObject(clsid, riid, ppv);

@@ -7,12 +7,13 @@
 #include "settings/SettingsStore.h"
 
 #include "NMFVDeinterlaceKeys.h"
+#include "Product.h"
 
 #include <cstring>
 
 namespace {
 
-constexpr wchar_t kDisplayName[] = L"Nerin MF Video Deinterlace Transform";
+constexpr wchar_t kDisplayName[] = L"" NMFV_DISPLAY_NAME;
 constexpr FramePlan kPassThrough{};
 
 } // namespace

@@ -5,7 +5,8 @@
 #include "host/win/Interrupt.h"
 #include "host/win/Text.h"
 #include "host/win/Verbs.h"
-#include "server/Version.h"
+
+#include "Product.h"
 
 #include <exception>
 #include <new>

@@ -7,16 +7,15 @@
 #include "ui/pages/PageObject.h"
 
 #include "NMFVDeinterlaceKeys.h"
+#include "Product.h"
 
 namespace {
 
 const ClassEntry g_ClassTable[] = {
-    {&CLSID_NMFVDeinterlace, "Nerin MF Video Deinterlace Transform", &CreateUnaggregated<CMFTDeinterlace>},
-    {&CLSID_NMFVDeinterlaceSettingsPage, "Nerin MF Video Deinterlace Transform Properties",
-     &CreatePage<CDeinterlaceProperties>},
-    {&CLSID_NMFVDeinterlaceRoiPage, "Nerin MF Video Deinterlace Transform ROI Properties",
-     &CreatePage<CDeinterlaceROIProperties>},
-    {&CLSID_NMFVDeinterlaceAboutPage, "Nerin MF Video Deinterlace Transform About", &CreatePage<CAboutProperties>},
+    {&CLSID_NMFVDeinterlace, NMFV_DISPLAY_NAME, &CreateUnaggregated<CMFTDeinterlace>},
+    {&CLSID_NMFVDeinterlaceSettingsPage, NMFV_DISPLAY_NAME " Properties", &CreatePage<CDeinterlaceProperties>},
+    {&CLSID_NMFVDeinterlaceRoiPage, NMFV_DISPLAY_NAME " ROI Properties", &CreatePage<CDeinterlaceROIProperties>},
+    {&CLSID_NMFVDeinterlaceAboutPage, NMFV_DISPLAY_NAME " About", &CreatePage<CAboutProperties>},
 };
 
 } // namespace

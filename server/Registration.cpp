@@ -7,6 +7,7 @@
 
 #include "NMFVDeinterlace.h"
 #include "NMFVDeinterlaceKeys.h"
+#include "Product.h"
 
 #include <iterator>
 
@@ -27,7 +28,7 @@ HRESULT RegisterClasses(HMODULE module) {
 
 // Without media types: the transform is found by its category or its class identifier, not by a format.
 HRESULT RegisterCategories() {
-    wchar_t name[] = L"Nerin MF Video Deinterlace Transform";
+    wchar_t name[] = L"" NMFV_DISPLAY_NAME;
     for (const GUID* category : {&NMFV_TRANSFORM_CATEGORY, &MFT_CATEGORY_VIDEO_EFFECT}) {
         const HRESULT hr = MFTRegister(CLSID_NMFVDeinterlace, *category, name, 0, 0, nullptr, 0, nullptr, nullptr);
         if (FAILED(hr)) {

@@ -3,8 +3,9 @@
 #ifndef NMFV_UI_PUBLISHED_NAMES_H
 #define NMFV_UI_PUBLISHED_NAMES_H
 
+#include "Product.h"
+
 #define NMFV_COMPONENT_NAME "Nerin Multimedia Component"
-#define NMFV_DISPLAY_NAME "Nerin MF Video Deinterlace Transform" /* also the caption of boxes, and the help topic */
 
 #define NMFV_LINK_TARGET "https://www.example.com/"
 #define NMFV_LINK_TEXT "www.example.com"

@@ -11,6 +11,7 @@
 
 #include <mfapi.h>
 #include <mftransform.h>
+#include <oleauto.h>
 #include <windows.h>
 
 namespace {
@@ -70,7 +71,11 @@ protected:
         ASSERT_HR(REGDB_E_CLASSNOTREG, Create(CLSID_NMFVDeinterlace, object)) << "with a registered transform this "
                                                                                  "would prove nothing";
     }
-    void TearDown() override { CoUninitialize(); }
+    void TearDown() override {
+        CoUninitialize();
+        (void)UnRegisterTypeLib(LIBID_NMFVDeinterlaceLib, 1, 0, 0,
+                                SYS_WIN64); // Wine registers what it loads for a proxy
+    }
 
     PrivateRegistry m_user{HKEY_CURRENT_USER};
 };

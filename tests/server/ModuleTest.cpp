@@ -70,23 +70,6 @@ TEST_F(ShippedModule, ImportsSystemLibrariesOnly) {
     EXPECT_GT(imports, 2);
 }
 
-TEST_F(ShippedModule, CarriesVersionAndTypeLibrary) {
-    EXPECT_NE(nullptr, FindResourceExW(m_module.Handle(), L"TYPELIB", MAKEINTRESOURCEW(1), 1033));
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(m_module.Handle(), path, MAX_PATH);
-    std::vector<BYTE> version(GetFileVersionInfoSizeW(path, nullptr));
-    ASSERT_TRUE(GetFileVersionInfoW(path, 0, static_cast<DWORD>(version.size()), version.data()));
-    VS_FIXEDFILEINFO* fixed = nullptr;
-    UINT size = 0;
-    ASSERT_TRUE(VerQueryValueW(version.data(), L"\\", reinterpret_cast<void**>(&fixed), &size));
-    EXPECT_NE(0u, fixed->dwFileVersionMS);
-    EXPECT_EQ(static_cast<DWORD>(VFT_DLL), fixed->dwFileType);
-    wchar_t* text = nullptr;
-    ASSERT_TRUE(VerQueryValueW(version.data(), L"\\StringFileInfo\\040904B0\\OriginalFilename",
-                               reinterpret_cast<void**>(&text), &size));
-    EXPECT_EQ(std::wstring(L"NMFVDeitrx.dll"), text);
-}
-
 TEST_F(ShippedModule, MayGoOnceNothingIsHeld) {
     EXPECT_HR(S_OK, m_module.CanUnloadNow());
     CComRef<IClassFactory> factory;

@@ -22,12 +22,13 @@ struct Legacy {
     explicit Legacy(REFGUID formatType, REFGUID subtype, WORD bits, std::vector<DWORD> extra = {},
                     DWORD compression = BI_RGB)
         : block(sizeof(Header) + extra.size() * 4) {
-        auto* header = reinterpret_cast<Header*>(block.data());
-        header->bmiHeader.biWidth = 16;
-        header->bmiHeader.biHeight = 8;
-        header->bmiHeader.biBitCount = bits;
-        header->bmiHeader.biCompression = compression;
-        std::memcpy(block.data() + sizeof(Header), extra.data(), extra.size() * 4);
+        Header header{};
+        header.bmiHeader.biWidth = 16;
+        header.bmiHeader.biHeight = 8;
+        header.bmiHeader.biBitCount = bits;
+        header.bmiHeader.biCompression = compression;
+        std::memcpy(block.data(), &header, sizeof header);
+        std::memcpy(block.data() + sizeof header, extra.data(), extra.size() * 4);
         type.majortype = MEDIATYPE_Video;
         type.subtype = subtype;
         type.formattype = formatType;

@@ -78,6 +78,9 @@ void CInput::ReadFirst(const std::string& name) {
         throw HostError(ExitCode::Input, name + ": there is not enough memory for a frame of " +
                                              std::to_string(info.width) + "x" + std::to_string(info.height) + ".");
     }
+    if (!m_hasFrame) {
+        throw HostError(ExitCode::Input, name + ": has no frames.");
+    }
 }
 
 // Goes to the next frame; false at the end.

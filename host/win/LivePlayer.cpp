@@ -43,9 +43,7 @@ void CLivePlayer::Read() {
     m_input->Close();
     m_input.emplace(m_command);
     m_next = 0;
-    if (!m_input->Read(m_client.Input())) {
-        throw HostError(ExitCode::Input, m_command.input + ": has no frames.");
-    }
+    (void)m_input->Read(m_client.Input()); // an input without frames is none
 }
 
 void CLivePlayer::Next() {

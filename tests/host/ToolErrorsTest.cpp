@@ -40,6 +40,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
     Write("text.dll", {'n', 'o', ' ', 'D', 'L', 'L'});
     Write("odd.y4m", FromText("YUV4MPEG2 W3 H2 F25:1 C422\nFRAME\n0123456789abcdef"));
     Write("empty.y4m", {});
+    Write("none.y4m", FromText("YUV4MPEG2 W16384 H16384 F25:1\n"));
     Write("open.y4m", {});
     const std::ifstream open(m_folder / "open.y4m");
     Write("protected.y4m", {});
@@ -69,6 +70,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"odd.y4m out.y4m", 2, "3 pixels wide"},
         {"empty.y4m out.y4m", 2, "empty"},
         {"huge.y4m out.y4m --dll absent.dll", 2, "inside frame 0"}, // before anything is made for such frames
+        {"none.y4m out.y4m --dll absent.dll", 2, "none.y4m: has no frames"},
         {"- out.y4m", 2, "standard input"},
         {"clip.y4m exists.y4m", 3, "--force"},
         {"clip.y4m absent/out.y4m", 3, "absent/out.y4m: cannot be created"},

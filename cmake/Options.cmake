@@ -46,7 +46,7 @@ endif()
 
 if(NMFV_SANITIZE)
   target_compile_options(nmfv_options INTERFACE -fsanitize=${NMFV_SANITIZE} -fno-sanitize-recover=all
-    -fno-omit-frame-pointer -O1)
+    -fno-omit-frame-pointer -O1 -g1) # reports need lines, not variables
   target_link_options(nmfv_options INTERFACE -fsanitize=${NMFV_SANITIZE})
 endif()
 

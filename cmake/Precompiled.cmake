@@ -2,7 +2,7 @@
 # what they need all the same; a build with -DNMFV_PRECOMPILED=OFF shows whether they do.
 option(NMFV_PRECOMPILED "Precompile the platform's and the tests' headers" ON)
 
-# nmfv_headers(KIND OPTIONS LIBS... HEADERS...): headers that all targets compiled like LIBS can share.
+# nmfv_headers(KIND LIBS ... HEADERS ...): headers that all targets compiled like LIBS can share.
 function(nmfv_headers kind)
   cmake_parse_arguments(ARG "" "" "LIBS;HEADERS" ${ARGN})
   if(NMFV_PRECOMPILED)

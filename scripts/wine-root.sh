@@ -166,7 +166,7 @@ make_wine_root() {
     trap - EXIT
 }
 
-# Takes LOCK of the cache, or waits for another set-up that has it.
+# Takes the lock of the cache, or waits for another set-up that has it.
 lock_cache() {
     [[ $nmfv_cache != *:* ]] || die "the cache folder $nmfv_cache has a colon in its name, which no search path can hold; set NMFV_CACHE"
     { mkdir -p "$nmfv_cache" && : >>"$nmfv_cache/lock"; } 2>/dev/null ||

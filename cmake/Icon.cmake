@@ -1,4 +1,4 @@
-# Draws ui/NMFVDeitrx.svg into NMFVDeitrx.ico, 16, 32 and 48 pixels wide, in the build's folder generated; target nmfv_icon.
+# Draws ui/resources/NMFVDeitrx.svg into NMFVDeitrx.ico, 16, 32 and 48 pixels wide, in the build's folder generated; target nmfv_icon.
 # A build without the two tools has no icon on its about page.
 find_program(NMFV_RSVG_CONVERT rsvg-convert)
 find_program(NMFV_ICOTOOL icotool)
@@ -15,12 +15,12 @@ foreach(size 16 32 48)
   set(picture ${NMFV_ICON_DIR}/icon-${size}.png)
   list(APPEND pictures ${picture})
   list(APPEND drawings COMMAND ${NMFV_RSVG_CONVERT} -w ${size} -h ${size} -o ${picture}
-    ${PROJECT_SOURCE_DIR}/ui/NMFVDeitrx.svg)
+    ${PROJECT_SOURCE_DIR}/ui/resources/NMFVDeitrx.svg)
 endforeach()
 add_custom_command(
   OUTPUT ${NMFV_ICON}
   ${drawings}
   COMMAND ${NMFV_ICOTOOL} -c -o ${NMFV_ICON} ${pictures}
-  DEPENDS ${PROJECT_SOURCE_DIR}/ui/NMFVDeitrx.svg
+  DEPENDS ${PROJECT_SOURCE_DIR}/ui/resources/NMFVDeitrx.svg
   VERBATIM)
 add_custom_target(nmfv_icon DEPENDS ${NMFV_ICON})

@@ -1,10 +1,10 @@
 // nmfvdeint: the deinterlacing transform from the command line.
-#include "host/parts/Command.h"
-#include "host/parts/HostError.h"
-#include "host/win/Console.h"
-#include "host/win/Interrupt.h"
-#include "host/win/Text.h"
-#include "host/win/Verbs.h"
+#include "host/command/Command.h"
+#include "host/HostError.h"
+#include "host/console/Console.h"
+#include "host/console/Interrupt.h"
+#include "host/console/Text.h"
+#include "host/verbs/Verbs.h"
 
 #include "Product.h"
 

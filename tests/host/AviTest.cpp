@@ -1,5 +1,5 @@
-#include "host/parts/AviSource.h"
-#include "host/parts/FrameSink.h"
+#include "host/formats/AviSource.h"
+#include "host/formats/FrameSink.h"
 #include "tests/host/MemoryStreams.h"
 
 #include <cstring>

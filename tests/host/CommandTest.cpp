@@ -1,5 +1,5 @@
-#include "host/parts/Command.h"
-#include "host/parts/ProgressText.h"
+#include "host/command/Command.h"
+#include "host/command/ProgressText.h"
 #include "tests/host/MemoryStreams.h"
 
 #include <iterator>

@@ -1,5 +1,5 @@
-#include "host/parts/ChromaRows.h"
-#include "host/parts/FrameConvert.h"
+#include "host/picture/ChromaRows.h"
+#include "host/picture/FrameConvert.h"
 #include "tests/host/MemoryStreams.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // Where the live window puts its pictures, and when it shows the next.
-#include "host/parts/LivePace.h"
-#include "host/parts/SideBySide.h"
+#include "host/picture/LivePace.h"
+#include "host/picture/SideBySide.h"
 
 #include <gtest/gtest.h>
 

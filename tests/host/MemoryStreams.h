@@ -1,9 +1,9 @@
 // Inputs and outputs of the host in memory.
 #pragma once
 
-#include "host/parts/ByteStream.h"
-#include "host/parts/FrameSource.h"
-#include "host/parts/HostError.h"
+#include "host/formats/ByteStream.h"
+#include "host/formats/FrameSource.h"
+#include "host/HostError.h"
 
 #include <gtest/gtest.h>
 

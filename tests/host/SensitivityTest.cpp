@@ -1,5 +1,5 @@
 #include "engine/detector/InterlaceDetector.h"
-#include "host/parts/Sensitivity.h"
+#include "host/analysis/Sensitivity.h"
 
 #include <gtest/gtest.h>
 

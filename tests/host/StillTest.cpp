@@ -1,5 +1,5 @@
-#include "host/parts/FrameSource.h"
-#include "host/parts/Still.h"
+#include "host/formats/FrameSource.h"
+#include "host/picture/Still.h"
 #include "tests/host/MemoryStreams.h"
 
 namespace host {

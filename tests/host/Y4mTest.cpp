@@ -1,9 +1,9 @@
-#include "host/parts/FrameConvert.h"
-#include "host/parts/FrameSink.h"
-#include "host/parts/InputKind.h"
-#include "host/parts/RawStream.h"
-#include "host/parts/Y4mHeader.h"
-#include "host/parts/Y4mSource.h"
+#include "host/picture/FrameConvert.h"
+#include "host/formats/FrameSink.h"
+#include "host/formats/InputKind.h"
+#include "host/formats/RawStream.h"
+#include "host/formats/Y4mHeader.h"
+#include "host/formats/Y4mSource.h"
 #include "tests/host/MemoryStreams.h"
 
 #include <algorithm>

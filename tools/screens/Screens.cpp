@@ -1,7 +1,7 @@
 // screens FOLDER CLIP: pictures of the property pages, of their sheet and of the live window, as PNG files in FOLDER.
 // CLIP is played. For the program's documentation; nmfvdeint.exe and the DLL lie beside this program.
-#include "host/parts/HostError.h"
-#include "host/win/Png.h"
+#include "host/HostError.h"
+#include "host/files/Png.h"
 #include "tests/support/OtherWindows.h"
 
 #include <cstdio>

@@ -1,0 +1,55 @@
+#include "host/command/Command.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::string_view kIntroduction =
+    "nmfvdeint - sends video through the NMFVDeitrx deinterlacing transform\n"
+    "\n"
+    "An interlaced frame holds two moments: its even rows show one, its odd rows\n"
+    "the next. Where something moves, a computer screen then shows combs. This\n"
+    "program takes uncompressed video from a file or a pipe, lets the transform\n"
+    "remove the combs, and writes as many frames of the same size.\n"
+    "\n"
+    "Usage:\n";
+
+constexpr std::string_view kExamples =
+    "\n"
+    "Examples:\n"
+    "  nmfvdeint clip.y4m clean.y4m\n"
+    "  nmfvdeint capture.avi clean.avi --method rebuild --mode all\n"
+    "  nmfvdeint clip.y4m --to none --still 120 before-after.png\n"
+    "  nmfvdeint analyse clip.y4m\n"
+    "  nmfvdeint pages --live clip.y4m\n"
+    "  nmfvdeint register\n"
+    "  ffmpeg -i tape.mpg -pix_fmt yuv422p -f yuv4mpegpipe - |\n"
+    "    nmfvdeint - - --sensitivity 0.3 | ffmpeg -i - -c:v libx264 clean.mp4\n"
+    "\n"
+    "Pipes and formats:\n"
+    "  \"-\" is standard input or output. Y4M may be 4:2:0, 4:2:2, 4:4:4 or mono of\n"
+    "  8 bits; what comes out is 4:2:2, or 4:4:4 when the transform was fed rgb24 or\n"
+    "  iyu2, and is marked progressive. --even, --odd and raw frames go by the rows\n"
+    "  as they lie in memory; --roi and --protect by the picture's top left corner.\n"
+    "  An output gets its name when it is whole; until then it is OUTPUT.*.part.\n"
+    "\n"
+    "Exit codes:\n"
+    "  0 done   1 command line   2 input   3 output   4 transform   5 interrupted\n"
+    "  6 registration: could not be changed, or verify found something wrong\n"
+    "  7 no desktop to show windows on\n";
+
+} // namespace
+
+std::string HelpText(std::span<const VerbRow> verbs) {
+    std::string text(kIntroduction);
+    for (const VerbRow& verb : verbs) {
+        const std::string name = &verb == verbs.data() ? "" : std::string(verb.name) + " ";
+        const std::string usage =
+            "  nmfvdeint " + name + std::string(verb.arguments) + (verb.arguments.empty() ? "" : " ") + "[options]";
+        text += usage + "\n      " + WrapHelp(verb.help, 6);
+    }
+    text += DescribeOptions(AllOptions());
+    return text + std::string(kExamples);
+}
+
+} // namespace host

@@ -1,0 +1,237 @@
+#include "host/files/MediaSource.h"
+
+#include "host/HostError.h"
+#include "host/console/Text.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <mfapi.h>
+#include <mferror.h>
+#include <mfidl.h>
+#include <mfreadwrite.h>
+#include <span>
+#include <wrl/client.h>
+
+using Microsoft::WRL::ComPtr;
+
+namespace host {
+
+namespace {
+
+constexpr DWORD kVideo = static_cast<DWORD>(MF_SOURCE_READER_FIRST_VIDEO_STREAM);
+
+// What is asked of the decoder, the best first: the formats that carry the picture's own lines. The platform's
+// conversion to RGB is the last resort, because it may already deinterlace.
+struct Wanted {
+    const GUID* subtype;
+    Layout layout;
+};
+const Wanted kWanted[] = {
+    {&MFVideoFormat_YUY2, Layout::Yuy2},      {&MFVideoFormat_UYVY, Layout::Uyvy},
+    {&MFVideoFormat_NV12, Layout::Nv12},      {&MFVideoFormat_I420, Layout::Planar420},
+    {&MFVideoFormat_IYUV, Layout::Planar420}, {&MFVideoFormat_RGB24, Layout::Rgb24},
+    {&MFVideoFormat_RGB32, Layout::Rgb32},
+};
+// Two pixels of the first two formats share their chroma, so a picture of odd width cannot be taken from them.
+const Wanted kWantedOfOddWidth[] = {
+    {&MFVideoFormat_RGB24, Layout::Rgb24},    {&MFVideoFormat_RGB32, Layout::Rgb32},
+    {&MFVideoFormat_NV12, Layout::Nv12},      {&MFVideoFormat_I420, Layout::Planar420},
+    {&MFVideoFormat_IYUV, Layout::Planar420},
+};
+
+class CMediaSource final : public IFrameSource {
+public:
+    explicit CMediaSource(const std::string& path)
+        : m_name(path) {
+        ComPtr<IMFAttributes> attributes;
+        Must(MFCreateAttributes(attributes.GetAddressOf(), 1), "cannot be opened");
+        Must(MFCreateSourceReaderFromURL(ToWide(path).c_str(), attributes.Get(), m_reader.GetAddressOf()),
+             "this is no Y4M or uncompressed AVI, and the platform cannot decode it. Let another program do so "
+             "(ffmpeg -i FILE -pix_fmt yuv422p -f yuv4mpegpipe - | nmfvdeint - OUTPUT), or name raw frames with --raw");
+        (void)m_reader->SetStreamSelection(static_cast<DWORD>(MF_SOURCE_READER_ALL_STREAMS), FALSE);
+        Must(m_reader->SetStreamSelection(kVideo, TRUE), "holds no video");
+        ChooseType();
+        TakeLength();
+    }
+    CMediaSource(const CMediaSource&) = delete;
+    CMediaSource& operator=(const CMediaSource&) = delete;
+    ~CMediaSource() override { Release(); }
+
+    const ClipInfo& Info() const override { return m_info; }
+    bool FieldChroma() const override { return m_info.scan == Scan::Interlaced || m_info.scan == Scan::Mixed; }
+    bool Next() override;
+    FrameView Frame() const override;
+
+private:
+    void Must(HRESULT result, const char* what) const { Check(result, ExitCode::Input, m_name + ": " + what); }
+    void ChooseType();
+    bool TakeFirst(std::span<const Wanted> list);
+    void TakeType();
+    void TakeLength();
+    void Hold(IMFSample& sample);
+    void Release();
+
+    std::string m_name;
+    ComPtr<IMFSourceReader> m_reader;
+    ClipInfo m_info;
+    int m_codedWidth = 0; // of the frames in memory, which may be larger than the picture
+    int m_codedHeight = 0;
+    int m_stride = 0;
+    bool m_bottomUp = false;
+    ComPtr<IMFMediaBuffer> m_buffer; // locked while it is held
+    const std::uint8_t* m_bytes = nullptr;
+    std::uint64_t m_next = 0;
+};
+
+void CMediaSource::ChooseType() {
+    const bool any = TakeFirst(kWanted);
+    if (!any || (m_info.width % 2 != 0 && !TakeFirst(kWantedOfOddWidth))) {
+        throw HostError(ExitCode::Input, m_name + ": its video can be decoded to no format that is known here.");
+    }
+}
+
+bool CMediaSource::TakeFirst(std::span<const Wanted> list) {
+    for (const Wanted& wanted : list) {
+        ComPtr<IMFMediaType> type;
+        Must(MFCreateMediaType(type.GetAddressOf()), "cannot be opened");
+        Must(type->SetGUID(MF_MT_MAJOR_TYPE, MFMediaType_Video), "cannot be opened");
+        Must(type->SetGUID(MF_MT_SUBTYPE, *wanted.subtype), "cannot be opened");
+        if (SUCCEEDED(m_reader->SetCurrentMediaType(kVideo, nullptr, type.Get()))) {
+            m_info.layout = wanted.layout;
+            TakeType();
+            return true;
+        }
+    }
+    return false;
+}
+
+Scan ScanOf(IMFMediaType& type) {
+    switch (MFGetAttributeUINT32(&type, MF_MT_INTERLACE_MODE, MFVideoInterlace_Unknown)) {
+    case MFVideoInterlace_Progressive:
+        return Scan::Progressive;
+    case MFVideoInterlace_FieldInterleavedUpperFirst:
+    case MFVideoInterlace_FieldInterleavedLowerFirst:
+        return Scan::Interlaced;
+    case MFVideoInterlace_MixedInterlaceOrProgressive:
+        return Scan::Mixed;
+    default:
+        return Scan::Unknown;
+    }
+}
+
+void CMediaSource::TakeType() {
+    ComPtr<IMFMediaType> type;
+    Must(m_reader->GetCurrentMediaType(kVideo, type.GetAddressOf()), "does not tell its format");
+    UINT32 width = 0;
+    UINT32 height = 0;
+    Must(MFGetAttributeSize(type.Get(), MF_MT_FRAME_SIZE, &width, &height), "does not tell its size");
+    if (width == 0 || height == 0 || width > kMaxSide || height > kMaxSide) {
+        throw HostError(ExitCode::Input, m_name + ": a picture of " + std::to_string(width) + "x" +
+                                             std::to_string(height) + " cannot be read.");
+    }
+    m_codedWidth = m_info.width = static_cast<int>(width);
+    m_codedHeight = m_info.height = static_cast<int>(height);
+    MFVideoArea shown{};
+    if (SUCCEEDED(
+            type->GetBlob(MF_MT_MINIMUM_DISPLAY_APERTURE, reinterpret_cast<UINT8*>(&shown), sizeof shown, nullptr)) &&
+        shown.OffsetX.value == 0 && shown.OffsetY.value == 0 && shown.Area.cx > 0 && shown.Area.cx <= m_codedWidth &&
+        shown.Area.cy > 0 && shown.Area.cy <= m_codedHeight) {
+        m_info.width = shown.Area.cx;
+        m_info.height = shown.Area.cy;
+    }
+    const auto told = static_cast<INT32>(MFGetAttributeUINT32(type.Get(), MF_MT_DEFAULT_STRIDE, 1));
+    const INT32 stride = std::clamp(told, -4 * kMaxSide, 4 * kMaxSide);
+    const bool rgb = m_info.layout == Layout::Rgb24 || m_info.layout == Layout::Rgb32;
+    m_bottomUp = rgb && stride < 0;
+    m_stride = std::max(std::abs(stride), LeastStride(m_info.layout, m_codedWidth));
+    Rational rate;
+    if (SUCCEEDED(MFGetAttributeRatio(type.Get(), MF_MT_FRAME_RATE, &rate.numerator, &rate.denominator))) {
+        m_info.rate = UsableRate(rate);
+    }
+    m_info.scan = ScanOf(*type.Get());
+}
+
+void CMediaSource::TakeLength() {
+    PROPVARIANT duration;
+    PropVariantInit(&duration);
+    if (m_info.rate && SUCCEEDED(m_reader->GetPresentationAttribute(static_cast<DWORD>(MF_SOURCE_READER_MEDIASOURCE),
+                                                                    MF_PD_DURATION, &duration))) {
+        m_info.frames = static_cast<std::uint64_t>(
+            static_cast<double>(duration.uhVal.QuadPart) * 1e-7 * m_info.rate->Value() + 0.5);
+    }
+    PropVariantClear(&duration);
+}
+
+bool CMediaSource::Next() {
+    Release();
+    for (;;) {
+        DWORD flags = 0;
+        ComPtr<IMFSample> sample;
+        const HRESULT result = m_reader->ReadSample(kVideo, 0, nullptr, &flags, nullptr, sample.GetAddressOf());
+        if (FAILED(result) || (flags & MF_SOURCE_READERF_ERROR)) {
+            throw HostError(ExitCode::Input,
+                            m_name + ": frame " + std::to_string(m_next) + " cannot be decoded: " + ResultText(result));
+        }
+        if (flags & MF_SOURCE_READERF_CURRENTMEDIATYPECHANGED) {
+            const ClipInfo before = m_info;
+            TakeType();
+            if (before.width != m_info.width || before.height != m_info.height) {
+                throw HostError(ExitCode::Input, m_name + ": the picture size changes at frame " +
+                                                     std::to_string(m_next) + "; cut the file there.");
+            }
+        }
+        if (sample) {
+            Hold(*sample.Get());
+            ++m_next;
+            return true;
+        }
+        if (flags & MF_SOURCE_READERF_ENDOFSTREAM) {
+            return false;
+        }
+    }
+}
+
+void CMediaSource::Hold(IMFSample& sample) {
+    Must(sample.ConvertToContiguousBuffer(m_buffer.GetAddressOf()), "a frame has no buffer");
+    BYTE* bytes = nullptr;
+    DWORD length = 0;
+    const HRESULT result = m_buffer->Lock(&bytes, nullptr, &length);
+    if (FAILED(result)) {
+        m_buffer.Reset();
+        Must(result, "a frame cannot be read");
+    }
+    m_bytes = bytes;
+    const std::size_t needed = DecodedBytes(m_info.layout, m_codedHeight, m_stride);
+    if (length < needed) {
+        throw HostError(ExitCode::Input, m_name + ": frame " + std::to_string(m_next) + " has " +
+                                             std::to_string(length) + " bytes instead of " + std::to_string(needed) +
+                                             ".");
+    }
+}
+
+void CMediaSource::Release() {
+    if (m_buffer) {
+        m_buffer->Unlock();
+        m_buffer.Reset();
+        m_bytes = nullptr;
+    }
+}
+
+FrameView CMediaSource::Frame() const {
+    FrameView frame = DecodedFrame(m_info.layout, m_codedWidth, m_codedHeight, m_stride, m_bytes);
+    if (m_bottomUp) {
+        frame.plane[0] += frame.stride[0] * (m_codedHeight - 1);
+        frame.stride[0] = -frame.stride[0];
+    }
+    frame.width = m_info.width;
+    frame.height = m_info.height;
+    return frame;
+}
+
+} // namespace
+
+std::unique_ptr<IFrameSource> OpenMedia(const std::string& path) {
+    return std::make_unique<CMediaSource>(path);
+}
+
+} // namespace host

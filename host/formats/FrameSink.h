@@ -1,0 +1,42 @@
+// Frames out: what every kind of output offers.
+#pragma once
+
+#include "host/formats/ByteStream.h"
+#include "host/formats/FrameSource.h"
+
+#include <memory>
+
+namespace host {
+
+// Not thread-safe. Throws HostError with ExitCode::Output.
+class IFrameSink {
+public:
+    virtual ~IFrameSink() = default;
+    // A frame as the transform lays it out, FrameSize bytes. Throws OutputFullError when no more can be taken; Finish
+    // may still follow.
+    virtual void Write(const std::uint8_t* frame) = 0;
+    // Writes what can only be known at the end. No frame may follow.
+    virtual void Finish() = 0;
+};
+
+// What a sink must know of the clip that it writes.
+struct SinkFormat {
+    Pixels pixels = Pixels::Yuy2;
+    int width = 0;
+    int height = 0;
+    Rational rate{25, 1};
+    std::optional<Rational> aspect;
+    bool fullRange = false;
+    std::optional<std::uint64_t> frames = std::nullopt; // when it is known beforehand
+};
+
+// The writer must outlive the sink.
+std::unique_ptr<IFrameSink> MakeY4mSink(IByteWriter& writer, const SinkFormat& format);
+std::unique_ptr<IFrameSink> MakeRawSink(IByteWriter& writer, const SinkFormat& format);
+
+// Needs a writer that can seek. Takes no more than 1024 parts, and refuses a clip that is known to be longer. Every
+// part of the file (RIFF chunk) but the last ends soon after `partBytes`, so that a file of any length stays within the
+// format's 32-bit sizes (OpenDML).
+std::unique_ptr<IFrameSink> MakeAviSink(IByteWriter& writer, const SinkFormat& format,
+                                        std::uint64_t partBytes = std::uint64_t{1} << 30);
+} // namespace host

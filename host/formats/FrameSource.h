@@ -1,0 +1,50 @@
+// Frames in: what every kind of input offers.
+#pragma once
+
+#include "host/picture/Frame.h"
+#include "host/picture/PixelFormat.h"
+#include "host/picture/Rational.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace host {
+
+// What the input says of its lines.
+enum class Scan { Unknown, Progressive, Interlaced, Mixed };
+
+struct ClipInfo {
+    Layout layout = Layout::Yuy2;
+    int width = 0;
+    int height = 0;
+    std::optional<Rational> rate;
+    std::optional<Rational> aspect; // of one pixel
+    Scan scan = Scan::Unknown;
+    bool fullRange = false;              // luma 0 to 255 instead of 16 to 235
+    std::optional<std::uint64_t> frames; // when it is known beforehand
+};
+
+// Not thread-safe; one thread reads. Throws HostError with ExitCode::Input.
+class IFrameSource {
+public:
+    virtual ~IFrameSource() = default;
+    virtual const ClipInfo& Info() const = 0;
+    // Goes to the next frame; false at the regular end.
+    virtual bool Next() = 0;
+    // The current frame; valid until the next call of Next.
+    virtual FrameView Frame() const = 0;
+    // True when the current frame's chroma lines belong to fields.
+    virtual bool FieldChroma() const = 0;
+};
+
+// The format that fits a layout without loss or as nearly as there is.
+Pixels NaturalFeed(Layout layout);
+
+// The layout of a format's frames.
+Layout LayoutOf(Pixels pixels);
+
+// The packed frame of a format over `bytes`, seen from its top row whatever the order in memory.
+FrameView PackedFrame(Pixels pixels, int width, int height, const std::uint8_t* bytes);
+FrameTarget PackedFrame(Pixels pixels, int width, int height, std::uint8_t* bytes);
+
+} // namespace host

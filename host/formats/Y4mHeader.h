@@ -1,0 +1,27 @@
+// The text lines of a YUV4MPEG2 stream.
+#pragma once
+
+#include "host/formats/FrameSource.h"
+
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// Turns a stream header (without its line end) into a clip. Throws HostError with ExitCode::Input when it is none, or
+// when it describes what the tool cannot take; `name` is the input's, for the message.
+ClipInfo ParseY4mHeader(std::string_view line, const std::string& name);
+
+// Whether a line (without its end) can begin a frame. A line end that was lost joins the line to picture bytes and the
+// next FRAME line; that would be read as one frame.
+bool IsY4mFrameLine(std::string_view line);
+
+// Whether a frame of a mixed stream has field-wise chroma, from its FRAME line; `otherwise` where the line says
+// nothing.
+bool Y4mFrameHasFieldChroma(std::string_view frameLine, bool otherwise);
+
+// The header of a progressive stream of Planar422 or Planar444, with its line end.
+std::string FormatY4mHeader(Layout layout, int width, int height, Rational rate, std::optional<Rational> aspect,
+                            bool fullRange);
+
+} // namespace host

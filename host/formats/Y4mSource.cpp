@@ -1,0 +1,71 @@
+#include "host/formats/Y4mSource.h"
+
+#include "host/formats/FrameBytes.h"
+#include "host/HostError.h"
+#include "host/formats/Y4mHeader.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::size_t kMaxHeader = 4096;
+constexpr std::size_t kMaxFrameLine = 256;
+
+class CY4mSource final : public IFrameSource {
+public:
+    explicit CY4mSource(CInputStream& input)
+        : m_input(input) {
+        const auto header = input.ReadLine(kMaxHeader);
+        if (!header) {
+            throw HostError(ExitCode::Input,
+                            input.Name() + ": its first line has no end: the stream is cut off, or no Y4M at all.");
+        }
+        m_info = ParseY4mHeader(*header, input.Name());
+        m_frameBytes = PlanarBytes(m_info.layout, m_info.width, m_info.height);
+        if (const auto size = input.Size()) {
+            // Frame lines are 6 bytes unless they carry fields, so this may promise a frame too many for odd streams.
+            m_info.frames = (*size - input.Position()) / (m_frameBytes + 6);
+        }
+    }
+
+    const ClipInfo& Info() const override { return m_info; }
+
+    bool Next() override {
+        const std::uint64_t start = m_input.Position();
+        const auto line = m_input.ReadLine(kMaxFrameLine);
+        if (!line && m_input.Position() == start) {
+            return false;
+        }
+        if (!line || !IsY4mFrameLine(*line)) {
+            ThrowDamaged(m_input, start, m_next, "it has no whole \"FRAME\" line");
+        }
+        const std::size_t got = m_frame.Read(m_input, m_frameBytes);
+        if (got != m_frameBytes) {
+            ThrowCutOff(m_input, m_next, got, m_frameBytes);
+        }
+        const bool interlaced = m_info.scan == Scan::Interlaced || m_info.scan == Scan::Mixed;
+        m_fieldChroma = Y4mFrameHasFieldChroma(*line, interlaced);
+        ++m_next;
+        return true;
+    }
+
+    FrameView Frame() const override { return PlanarFrame(m_info.layout, m_info.width, m_info.height, m_frame.Data()); }
+
+    bool FieldChroma() const override { return m_fieldChroma; }
+
+private:
+    CInputStream& m_input;
+    ClipInfo m_info;
+    std::size_t m_frameBytes = 0;
+    CFrameBytes m_frame;
+    std::uint64_t m_next = 0;
+    bool m_fieldChroma = false;
+};
+
+} // namespace
+
+std::unique_ptr<IFrameSource> OpenY4m(CInputStream& input) {
+    return std::make_unique<CY4mSource>(input);
+}
+
+} // namespace host

@@ -1,0 +1,51 @@
+// A frame in one layout to the same picture in another.
+#pragma once
+
+#include "host/picture/ColorMatrix.h"
+#include "host/picture/Frame.h"
+
+#include <vector>
+
+namespace host {
+
+// Any layout to Yuy2, Uyvy, Iyu2, Rgb24, Planar422 or Planar444. Equal layouts are copied byte for byte. Holds its
+// work rows, so converting allocates nothing. One converter serves one thread.
+class CFrameConverter {
+public:
+    // The width must be even when either layout shares chroma between two pixels in one word (Yuy2, Uyvy).
+    CFrameConverter(Layout from, Layout to, int width, int height, bool fullRange);
+
+    // Both frames have the layouts and size given above. `fieldChroma` matters for 4:2:0 only (ChromaRows.h).
+    void Convert(const FrameView& in, const FrameTarget& out, bool fieldChroma);
+
+private:
+    // One row as separate samples: full or half chroma width. The pointers are into the input or into work rows; null
+    // ones say that the row is in the work rows of the three colours and needs no luma.
+    struct YuvRow {
+        const std::uint8_t* y;
+        const std::uint8_t* u;
+        const std::uint8_t* v;
+        bool wide;
+    };
+
+    YuvRow ReadRow(const FrameView& in, int y, bool fieldChroma);
+    YuvRow ReadPlanar420(const FrameView& in, int y, bool fieldChroma);
+    YuvRow ReadNv12(const FrameView& in, int y, bool fieldChroma);
+    YuvRow ReadPacked422(const FrameView& in, int y, int lumaOffset);
+    YuvRow ReadIyu2(const std::uint8_t* row);
+    YuvRow ReadBgr(const std::uint8_t* row, int step);
+    YuvRow Rescaled(YuvRow row);
+    void WriteRow(const YuvRow& row, const FrameTarget& out, int y);
+    void CopyRows(const FrameView& in, const FrameTarget& out) const;
+    std::uint8_t* WorkRow(int index) { return m_work.data() + std::size_t(index) * m_workStride; }
+
+    Layout m_from;
+    Layout m_to;
+    int m_width;
+    int m_halfWidth;
+    CColorMatrix m_matrix;
+    std::size_t m_workStride;
+    std::vector<std::uint8_t> m_work;
+};
+
+} // namespace host

@@ -1,0 +1,29 @@
+// The options that are settings of the transform.
+#pragma once
+
+#include "host/command/Options.h"
+
+#include <NMFVDeinterlace.h>
+
+namespace host {
+
+// The frames that the settings are for: rectangles must lie within the size, and are turned over for frames that are
+// stored top row first.
+struct SettingsFrame {
+    int width = 0;
+    int height = 0;
+    bool bottomUp = false;
+};
+
+// Level 2 defaults first (unless options.saved), then every option that was given. The input type must be set. Throws
+// HostError, with ExitCode::Usage for a rectangle that leaves the picture, else with ExitCode::Transform.
+void ApplySettings(INMFVDeinterlace& control, const Options& options, const SettingsFrame& frame);
+
+// What the transform will do with the frames, as it now stands in its settings.
+struct ActiveSettings {
+    Mode mode = Mode::Auto;
+    double sensitivity = 1.0;
+};
+ActiveSettings ReadActiveSettings(INMFVDeinterlace& control);
+
+} // namespace host

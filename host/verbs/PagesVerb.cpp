@@ -1,0 +1,124 @@
+#include "host/verbs/Verbs.h"
+
+#include "host/HostError.h"
+#include "host/console/Console.h"
+#include "host/pages/DialogTimer.h"
+#include "host/console/Interrupt.h"
+#include "host/live/LiveShow.h"
+#include "host/pages/PropertyFrame.h"
+#include "host/pages/PropertySheet.h"
+#include "host/transform/SavedSettings.h"
+#include "host/console/Text.h"
+#include "host/transform/TransformClient.h"
+#include "host/pages/UserInterface.h"
+
+#include <algorithm>
+
+using Microsoft::WRL::ComPtr;
+
+namespace host {
+
+namespace {
+
+// What is in the transform's store, to see later whether it changed.
+class CStoreCopy {
+public:
+    explicit CStoreCopy(ComPtr<IMFAttributes> store)
+        : m_store(std::move(store)) {
+        Check(MFCreateAttributes(m_copy.GetAddressOf(), 24), ExitCode::Transform, "the settings cannot be kept");
+        Check(m_store->CopyAllItems(m_copy.Get()), ExitCode::Transform, "the settings cannot be kept");
+    }
+
+    bool Differs() const {
+        BOOL same = FALSE;
+        return FAILED(m_store->Compare(m_copy.Get(), MF_ATTRIBUTES_MATCH_ALL_ITEMS, &same)) || !same;
+    }
+
+private:
+    ComPtr<IMFAttributes> m_store;
+    ComPtr<IMFAttributes> m_copy;
+};
+
+ComPtr<IMFAttributes> StoreOf(CHeldTransform& transform) {
+    ComPtr<IMFAttributes> store;
+    Check(transform->GetAttributes(store.GetAddressOf()), ExitCode::Transform, "the transform has no settings");
+    return store;
+}
+
+ComPtr<INMFVDeinterlace> ControlOf(CHeldTransform& transform) {
+    ComPtr<INMFVDeinterlace> control;
+    Check(transform->QueryInterface(IID_PPV_ARGS(control.GetAddressOf())), ExitCode::Transform,
+          "the transform has no control interface");
+    return control;
+}
+
+void Report(const Options& options, const char* text) {
+    if (!options.quiet) {
+        Say(text);
+    }
+}
+
+// Kept: the program's own sheet under Wine, so that settings can be applied there. Test:
+// PagesVerb.WhatIsAppliedIsSavedUnlessToldOtherwise.
+void ShowPages(CHeldTransform& transform, const Options& options) {
+    const SheetKind usual = PropertyFrameApplies() ? SheetKind::Platform : SheetKind::Own;
+    if (options.sheet.value_or(usual) == SheetKind::Platform) {
+        ShowPropertyFrame(transform);
+    } else {
+        ShowPropertySheet(transform);
+    }
+}
+
+// Shows the pages; saves when something was applied. An interrupted run saves nothing. The region page saves whenever
+// it is applied: unless the settings are to be saved in the end, that is undone.
+void EditSettings(CHeldTransform& transform, const Options& options) {
+    const ComPtr<IMFAttributes> store = StoreOf(transform);
+    const CStoreCopy before(store);
+    CSavedSettings saved(store);
+    {
+        const CDialogTimer timer([&saved] { saved.Look(); });
+        ShowPages(transform, options);
+    }
+    ThrowIfInterrupted();
+    if (!before.Differs()) {
+        Report(options, "Nothing was changed; your saved settings are as they were.\n");
+    } else if (options.noSave) {
+        Report(options, "What was applied is gone; your saved settings are as they were.\n");
+    } else {
+        Check(ControlOf(transform)->SaveAttributes(), ExitCode::Transform, "the settings cannot be saved");
+        saved.Keep();
+        Report(options, "Your settings are saved.\n");
+    }
+}
+
+// The pages limit regions to the frame, and without one take no region at all.
+void GiveFrame(CHeldTransform& transform) {
+    const ComPtr<INMFVDeinterlace> control = ControlOf(transform);
+    long right = 0;
+    long bottom = 0;
+    Check(control->get_ROIRight(&right), ExitCode::Transform, "the transform does not tell its region");
+    Check(control->get_ROIBottom(&bottom), ExitCode::Transform, "the transform does not tell its region");
+    StreamShape shape;
+    shape.pixels = Pixels::Rgb24;
+    shape.width = std::clamp<int>(right, 1920, kMaxSide);
+    shape.height = std::clamp<int>(bottom, 1080, kMaxSide);
+    Check(transform->SetInputType(0, MakeVideoType(shape).Get(), 0), ExitCode::Transform,
+          "the transform takes no frames");
+}
+
+} // namespace
+
+void RunPages(const Command& command) {
+    const CUserInterface userInterface;
+    if (command.options.live.empty()) {
+        CHeldTransform transform(command.options);
+        GiveFrame(transform);
+        EditSettings(transform, command.options);
+    } else {
+        CLiveShow show(command);
+        EditSettings(show.Transform(), command.options);
+        show.Stop();
+    }
+}
+
+} // namespace host

@@ -4,6 +4,7 @@
 #include "host/console/Console.h"
 #include "host/console/Interrupt.h"
 #include "host/console/Text.h"
+#include "host/transform/Platform.h"
 #include "host/verbs/Verbs.h"
 
 #include "Product.h"
@@ -40,7 +41,7 @@ constexpr host::VerbRow kVerbs[] = {
     {"unregister", "", "Takes that registration away; another copy's registration stays.", 0, 0, &host::RunUnregister,
      kRegistrationOptions},
     {"verify", "",
-     "Checks the registration piece by piece, creates what is registered, and says what is wrong and how to mend it.",
+     "Checks the registration piece by piece, creates what is registered, and says what is wrong and how to fix it.",
      0, 0, &host::RunVerify, kRegistrationOptions},
     {"help", "", "This text, as --help.", 0, 0, &ShowHelp, kRegistrationOptions},
 };
@@ -96,13 +97,5 @@ int RunToExitCode() {
 int main() {
     // The registered or named DLL may be damaged or lack another one: that is an error text, never a box that waits.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-    const int code = RunToExitCode();
-    // Every file is closed and every text written. Leaving by way of the platform's shutdown races with Media
-    // Foundation's own threads, and under Wine the shell then now and then gets 0 for a run that failed; those that are
-    // only just starting race with this way out too, so a failed run gives them a moment.
-    if (code != 0) {
-        Sleep(100);
-    }
-    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(code));
-    return code;
+    host::EndProcess(RunToExitCode());
 }

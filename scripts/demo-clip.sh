@@ -24,7 +24,7 @@ ensure_clip() {
     # shellcheck disable=SC2064  # this very folder
     trap "rm -rf '$work'" EXIT
     step "demo: downloading a clip" download_clip "$work" ||
-        die "the demo's clip can't be downloaded; it is in the package $nmfv_clip_package"
+        die "the demo's clip cannot be downloaded; it is in the package $nmfv_clip_package"
     step "demo: unpacking the clip" unpack_clip "$work" || die "the package $nmfv_clip_package holds no clip any more"
     mv "$work/clip.mp4" "$nmfv_clip"
     rm -rf "$work"

@@ -9,7 +9,7 @@ nmfv_build_packages=(
     libgtest-dev faketime librsvg2-bin icoutils
 )
 
-# Debian 13's own Wine will do; elsewhere a private one is made with patchelf, and its display calls a keyboard compiler.
+# Debian 13's own Wine is new enough; elsewhere a private one is made with patchelf, and its display calls a keyboard compiler.
 nmfv_wine_here_packages=(wine64 xvfb fonts-dejavu-core fonts-wine gstreamer1.0-plugins-{base,good} gstreamer1.0-libav)
 nmfv_wine_private_packages=(patchelf x11-xkb-utils)
 

@@ -44,12 +44,12 @@ install_packages ffmpeg pngquant
 rm -rf "$shots"
 mkdir -p "$shots"
 need_space "$shots" 1500 "the screenshots"
-step "screenshots: building" build_screens || die "they can't be built"
-step "screenshots: a clip" make_clip || die "the clip can't be made"
+step "screenshots: building" build_screens || die "they cannot be built"
+step "screenshots: a clip" make_clip || die "the clip cannot be made"
 for dpi in 96 192; do
-    step "screenshots at $dpi dpi" take_pictures "$dpi" || die "the windows can't be shown or photographed"
+    step "screenshots at $dpi dpi" take_pictures "$dpi" || die "the windows cannot be shown or photographed"
 done
-step "screenshots: shrinking" shrink_pictures || die "the pictures can't be shrunk"
+step "screenshots: shrinking" shrink_pictures || die "the pictures cannot be shrunk"
 for picture in settings roi about sheet live; do
     [[ -s $shots/96/$picture.png && -s $shots/192/$picture.png ]] || die "there is no picture of $picture"
 done

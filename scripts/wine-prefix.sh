@@ -17,7 +17,7 @@ ensure_prefix() {
     rm -rf "$nmfv_prefix" "$new" "$nmfv_prefix-display"
     need_space "$nmfv_build" 1000 "making Wine's Windows folder"
     NMFV_WINEPREFIX=$new step "Wine: making its Windows folder" fill_prefix ||
-        die "Wine can't make its Windows folder; NMFV_WINE=private ./run setup tries the private one"
+        die "Wine cannot make its Windows folder; NMFV_WINE=private ./run setup tries the private one"
     cp "$nmfv_wine_choice" "$new/made-by"
     mv "$new" "$nmfv_prefix"
 }

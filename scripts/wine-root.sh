@@ -155,12 +155,12 @@ make_wine_root() {
     chmod 755 "$work"
     prepare_apt "$work/apt" "$mirror"
     step "Wine: package lists of Debian 13" private_apt "$work/apt" -o APT::Update::Error-Mode=any update ||
-        die "Debian 13's package lists can't be had from this machine's mirror: is there a network?"
+        die "Debian 13's package lists cannot be had from this machine's mirror: is there a network?"
     step "Wine: downloading" private_apt "$work/apt" install --no-install-recommends --download-only \
-        "${nmfv_wine_packages[@]}" || die "Wine's packages can't be downloaded from this machine's mirror"
-    step "Wine: unpacking" unpack_packages "$work/apt" "$work/root" || die "Wine's packages can't be unpacked (disk full?)"
-    step "Wine: making it relocatable" finish_root "$work/root" "$target" || die "Wine can't be made relocatable"
-    step "Wine: leaving out debug information" strip_wine "$work/root" || die "Wine's DLLs can't be stripped"
+        "${nmfv_wine_packages[@]}" || die "Wine's packages cannot be downloaded from this machine's mirror"
+    step "Wine: unpacking" unpack_packages "$work/apt" "$work/root" || die "Wine's packages cannot be unpacked (disk full?)"
+    step "Wine: making it relocatable" finish_root "$work/root" "$target" || die "Wine cannot be made relocatable"
+    step "Wine: leaving out debug information" strip_wine "$work/root" || die "Wine's DLLs cannot be stripped"
     mv "$work/root" "$target"
     rm -rf "$work"
     trap - EXIT
@@ -170,7 +170,7 @@ make_wine_root() {
 lock_cache() {
     [[ $nmfv_cache != *:* ]] || die "the cache folder $nmfv_cache has a colon in its name, which no search path can hold; set NMFV_CACHE"
     { mkdir -p "$nmfv_cache" && : >>"$nmfv_cache/lock"; } 2>/dev/null ||
-        die "the cache folder $nmfv_cache can't be written; set NMFV_CACHE to one that can"
+        die "the cache folder $nmfv_cache cannot be written; set NMFV_CACHE to one that can"
     exec {cache_lock}>>"$nmfv_cache/lock"
     flock -n "$cache_lock" && return
     say "another set-up fills $nmfv_cache; waiting for it"

@@ -11,7 +11,7 @@ namespace host {
 struct Options;
 
 // One option. `value` names its value in the help and is empty for a switch; `apply` throws HostError with
-// ExitCode::Usage when the value will not do, by way of BadValue.
+// ExitCode::Usage when it does not take the value, by way of BadValue.
 struct OptionRow {
     std::string_view group; // heading in the help
     std::string_view name;  // with its dashes

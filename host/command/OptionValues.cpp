@@ -72,8 +72,8 @@ bool ReadTime(std::string_view text, Segment& segment) {
 } // namespace
 
 void BadValue(std::string_view option, std::string_view value, std::string_view expected) {
-    throw HostError(ExitCode::Usage, std::string(option) + " \"" + std::string(value) + "\" will not do: it takes " +
-                                         std::string(expected));
+    throw HostError(ExitCode::Usage, std::string(option) + " \"" + std::string(value) +
+                                         "\" is no value for it: it takes " + std::string(expected));
 }
 
 Area ParseArea(std::string_view option, std::string_view value) {

@@ -1,4 +1,4 @@
-// The values of options. All throw HostError with ExitCode::Usage for a text that will not do.
+// The values of options. All throw HostError with ExitCode::Usage for a text that they do not take.
 #pragma once
 
 #include "host/command/Options.h"

@@ -81,7 +81,7 @@ constexpr OptionRow kRows[] = {
     {kInOut, "--force", "", "replace files that exist.", [](Options& o, std::string_view) { o.force = true; }},
     {kInOut, "--still", "N,FILE",
      "write a PNG of frame N (the first is 0) before and after, with the most combed place "
-     "enlarged. \"--still N FILE\" will do too. May be given several times.",
+     "enlarged. \"--still N FILE\" works too. Repeat it for more pictures.",
      AddStill, 2},
     {kInOut, "--live", "INPUT",
      "pages: play this clip meanwhile, over and over, and show it before and after in a window "
@@ -103,7 +103,7 @@ constexpr OptionRow kRows[] = {
      "picture or region: its top row for yuy2, uyvy and iyu2, its bottom row for rgb24.",
      [](Options& o, std::string_view) { o.even = false; }},
     {kHow, "--sensitivity", "X",
-     "of auto, 0.001 to 8 (normal 1): the smaller, the fewer combs make a frame interlaced. "
+     "of auto, 0.001 to 8 (normal 1): the smaller it is, the fewer combs make a frame interlaced. "
      "\"nmfvdeint analyse\" finds the value for a clip.",
      SetSensitivity},
     {kHow, "--roi", "L,T,R,B",
@@ -147,7 +147,7 @@ constexpr OptionRow kRows[] = {
      [](Options& o, std::string_view v) { o.usePattern = PickWord<bool>("--use-pattern", v, kOnOff); }},
     {kStored, "--segment", "START,MODE[,P,N,D,on|off]",
      "a segment that begins at a frame (90) or a time (0:00:03.600), "
-     "MODE none, all or pattern. May be given several times; "
+     "MODE none, all or pattern. Repeat it for more; "
      "segments are never saved.",
      [](Options& o, std::string_view v) { o.segments.push_back(ParseSegment("--segment", v)); }},
     {kStored, "--segments-as", "frame|time", "how segment starts are shown.",

@@ -81,7 +81,7 @@ private:
     std::uint64_t m_declared = 0;           // frames that the header promises; 0 when its writer could not know
     std::uint32_t m_chunkBytes = 0;         // of every frame that is there
     std::optional<std::uint64_t> m_partEnd; // of the current RIFF chunk, when its writer could know it
-    bool m_inFrames = false;                // behind the list of frames comes the part's index
+    bool m_inFrames = false;                // after the list of frames comes the part's index
 };
 
 void CAviSource::ReadHeaders() {
@@ -191,7 +191,7 @@ bool CAviSource::Next() {
     return false;
 }
 
-// Takes a chunk that is no frame. False where the file ends or goes wrong in an index behind the last frame: nothing is
+// Takes a chunk that is no frame. False where the file ends or goes wrong in an index after the last frame: nothing is
 // lost with that.
 bool CAviSource::Pass(const AviChunk& chunk) {
     m_inFrames = m_inFrames && chunk.id != FourCc('i', 'd', 'x', '1');

@@ -1,5 +1,6 @@
 #include "host/pages/PropertyFrame.h"
 
+#include "host/transform/Platform.h"
 #include "host/transform/RegisteredTransform.h"
 #include "host/console/Text.h"
 #include "host/pages/TransformPages.h"
@@ -46,8 +47,7 @@ void ShowPropertyFrame(CHeldTransform& transform) {
 
 // Wine's frame (seen in Wine 10) never calls IPropertyPage::Apply.
 bool PropertyFrameApplies() {
-    const HMODULE system = GetModuleHandleW(L"ntdll.dll");
-    return !system || !GetProcAddress(system, "wine_get_version");
+    return !IsWine();
 }
 
 } // namespace host

@@ -1,6 +1,7 @@
 #include "host/pages/UserInterface.h"
 
 #include "host/console/Text.h"
+#include "host/transform/Platform.h"
 
 #include <mfapi.h>
 #include <ole2.h>
@@ -31,7 +32,7 @@ CUserInterface::CUserInterface() {
         throw HostError(ExitCode::Display, "there is no desktop here to show windows on.");
     }
     Check(OleInitialize(nullptr), ExitCode::Transform, "OLE cannot be started");
-    if (const HRESULT result = MFStartup(MF_VERSION, MFSTARTUP_LITE); FAILED(result)) {
+    if (const HRESULT result = StartMediaFoundation(); FAILED(result)) {
         OleUninitialize();
         Check(result, ExitCode::Transform, "Media Foundation cannot be started");
     }

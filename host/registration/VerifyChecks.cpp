@@ -28,8 +28,8 @@ Finding Fine(std::string text) {
     return {Verdict::Fine, std::move(text), {}};
 }
 
-Finding Wrong(std::string text, std::string mend) {
-    return {Verdict::Wrong, std::move(text), std::move(mend)};
+Finding Wrong(std::string text, std::string cure) {
+    return {Verdict::Wrong, std::move(text), std::move(cure)};
 }
 
 Finding NoFile() {

@@ -18,7 +18,7 @@ enum class Verdict { Fine, NotLookedAt, Wrong };
 struct Finding {
     Verdict verdict = Verdict::Fine;
     std::string text; // what was seen
-    std::string mend; // what to do when it is wrong
+    std::string cure; // what to do when it is wrong
 };
 
 struct VerifyCheck {

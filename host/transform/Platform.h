@@ -1,4 +1,7 @@
+// The platform's services that this program starts.
 #pragma once
+
+#include <windows.h>
 
 namespace host {
 
@@ -11,5 +14,14 @@ public:
     CPlatform& operator=(const CPlatform&) = delete;
     ~CPlatform();
 };
+
+// MFStartup, for those who start COM in their own way; MFShutdown ends it. Fails with the platform's codes.
+HRESULT StartMediaFoundation();
+
+// Whether this runs under Wine, some of whose faults are worked around here.
+bool IsWine();
+
+// Ends the process with this exit code, once every file is closed and every text written.
+[[noreturn]] void EndProcess(int code);
 
 } // namespace host

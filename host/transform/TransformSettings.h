@@ -19,7 +19,7 @@ struct SettingsFrame {
 // HostError, with ExitCode::Usage for a rectangle that leaves the picture, else with ExitCode::Transform.
 void ApplySettings(INMFVDeinterlace& control, const Options& options, const SettingsFrame& frame);
 
-// What the transform will do with the frames, as it now stands in its settings.
+// What the transform does with frames under its present settings.
 struct ActiveSettings {
     Mode mode = Mode::Auto;
     double sensitivity = 1.0;

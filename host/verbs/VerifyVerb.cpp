@@ -20,9 +20,9 @@ std::string LineOf(const VerifyCheck& check, const Finding& finding) {
     std::string line = kMarks[static_cast<int>(finding.verdict)] + std::string(check.name);
     line.resize(kNameWidth + 7, ' ');
     line += Printable(finding.text) + "\n";
-    return finding.mend.empty()
+    return finding.cure.empty()
                ? line
-               : line + std::string(kNameWidth + 7, ' ') + "To mend it: " + Printable(finding.mend) + "\n";
+               : line + std::string(kNameWidth + 7, ' ') + "To fix it: " + Printable(finding.cure) + "\n";
 }
 
 } // namespace

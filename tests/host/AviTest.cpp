@@ -183,7 +183,7 @@ TEST(Avi, RowsMayLackTheirPadding) {
     const std::size_t chunk = Find(clip.file, "00db", Find(clip.file, "movi"));
     Put32(clip.file, chunk + 4, 18);
     const auto first = clip.file.begin() + static_cast<std::ptrdiff_t>(chunk + 8);
-    Bytes want(first + 9, first + 18); // the picture's upper row lies behind the lower one
+    Bytes want(first + 9, first + 18); // the picture's upper row is stored after the lower one
     want.insert(want.end(), first, first + 9);
     clip.file.erase(first + 18, first + 24);
     Put32(clip.file, 4, Word32(clip.file, 4) - 6);
@@ -205,7 +205,7 @@ TEST(Avi, ReadsWhatOtherWritersLeave) {
         {"stream without sizes", [&](Bytes& b) { streamed(b, 0); }},
         {"stream with the largest size", [&](Bytes& b) { streamed(b, 0xFFFFFFFF); }},
         {"size of the file as that of its part", [](Bytes& b) { Put32(b, 4, Word32(b, 4) + 8); }},
-        {"bytes behind the last part", [](Bytes& b) { b.resize(b.size() + 21, 'x'); }},
+        {"bytes after the last part", [](Bytes& b) { b.resize(b.size() + 21, 'x'); }},
         {"no count", [](Bytes& b) { Put32(b, Find(b, "strh") + 8 + 32, 0); }},
         {"count of the first part", [](Bytes& b) { Put32(b, Find(b, "strh") + 8 + 32, 1); }},
         {"count of pictures and sound", [](Bytes& b) { Put32(b, Find(b, "dmlh") + 8, 748); }},

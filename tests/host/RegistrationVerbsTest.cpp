@@ -64,7 +64,7 @@ TEST_F(RegistrationVerbs, VerifyNamesWhatIsBrokenAndRegisterMendsIt) {
             ASSERT_EQ(RegDeleteTreeA(HKEY_CLASSES_ROOT, c.key), ERROR_SUCCESS) << c.key;
         }
         Expect({"verify", "--quiet"}, 6, c.named);
-        Expect({"verify", "--quiet"}, 6, "To mend it: nmfvdeint register");
+        Expect({"verify", "--quiet"}, 6, "To fix it: nmfvdeint register");
         Expect({"register"}, 0, "Registered ");
         Expect({"verify", "--quiet"}, 0, "");
     }

@@ -197,7 +197,7 @@ bool IsWanted(const std::string& text, const char* part) {
 int main(int argc, char** argv) {
     const PrivateRegistry user(HKEY_CURRENT_USER);
     const Module module;
-    if (!user.Active() || !module.Handle()) {
+    if (!module.Handle()) {
         Fail("NMFVDeitrx.dll must lie beside this program");
     }
     for (const FrameFormat& format : kSizes) {

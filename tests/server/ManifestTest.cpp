@@ -65,7 +65,6 @@ HRESULT Create(const CLSID& id, CComRef<IUnknown>& object) {
 class Manifest : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(m_user.Active());
         ASSERT_HR(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED));
         CComRef<IUnknown> object;
         ASSERT_HR(REGDB_E_CLASSNOTREG, Create(CLSID_NMFVDeinterlace, object)) << "with a registered transform this "

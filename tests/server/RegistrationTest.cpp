@@ -10,6 +10,8 @@
 #include "tests/support/PrivateRegistry.h"
 #include "tests/support/RegistryListing.h"
 
+#include "Product.h"
+
 #include <sddl.h>
 
 namespace {
@@ -20,18 +22,15 @@ constexpr struct {
     const char* key;
     const char* name;
 } kClasses[] = {
-    {"CLSID\\{E2B7ED97-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform"},
-    {"CLSID\\{E2B7ED91-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform Properties"},
-    {"CLSID\\{E2B7ED92-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform ROI Properties"},
-    {"CLSID\\{E2B7ED95-38C5-11D5-91F6-00104BDB8FF9}", "Nerin MF Video Deinterlace Transform About"},
+    {"CLSID\\{E2B7ED97-38C5-11D5-91F6-00104BDB8FF9}", NMFV_DISPLAY_NAME},
+    {"CLSID\\{E2B7ED91-38C5-11D5-91F6-00104BDB8FF9}", NMFV_DISPLAY_NAME " Properties"},
+    {"CLSID\\{E2B7ED92-38C5-11D5-91F6-00104BDB8FF9}", NMFV_DISPLAY_NAME " ROI Properties"},
+    {"CLSID\\{E2B7ED95-38C5-11D5-91F6-00104BDB8FF9}", NMFV_DISPLAY_NAME " About"},
 };
 
 class Registration : public testing::Test {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(m_classes.Active());
-        ASSERT_NE(nullptr, m_module.Handle());
-    }
+    void SetUp() override { ASSERT_NE(nullptr, m_module.Handle()); }
 
     // The first `classes` of the table are registered, the others have no server.
     void ExpectClasses(std::size_t classes) {
@@ -55,13 +54,29 @@ TEST_F(Registration, WritesEverythingAndWritesItAnew) {
     for (int round = 0; round < 2; ++round) {
         EXPECT_HR(S_OK, m_module.Register());
         ExpectClasses(4);
-        EXPECT_EQ("Nerin MF Video Deinterlace Transform", ClassesText(kTransformKey));
+        EXPECT_EQ(NMFV_DISPLAY_NAME, ClassesText(kTransformKey));
         EXPECT_EQ("-", ClassesText(kTransformKey, "InputTypes"));
         EXPECT_EQ(m_path, ClassesText(kTypeLibKey));
+        for (const LCID locale : {LCID{0}, LCID{0x0409}, LCID{0x0411}, LCID{LOCALE_USER_DEFAULT}}) {
+            CComRef<ITypeLib> library;
+            EXPECT_HR(S_OK, LoadRegTypeLib(LIBID_NMFVDeinterlaceLib, 1, 0, locale, library.Put())) << locale;
+        }
         RegSetValueA(HKEY_CLASSES_ROOT, kClasses[3].key, REG_SZ, "spoiled", 0);
         RegDeleteTreeA(HKEY_CLASSES_ROOT, kClasses[1].key);
         RegDeleteTreeA(HKEY_CLASSES_ROOT, "MediaFoundation");
         RegDeleteTreeA(HKEY_CLASSES_ROOT, "TypeLib");
+    }
+}
+
+TEST_F(Registration, NothingIsLeftOfIt) {
+    std::set<std::string> left;
+    EXPECT_HR(S_OK, m_module.Register());
+    EXPECT_HR(S_OK, m_module.Unregister());
+    for (const char* root : {"CLSID", "TypeLib", "Interface", "MediaFoundation"}) {
+        ListRegistry(HKEY_CLASSES_ROOT, root, left);
+    }
+    for (const std::string& entry : left) { // what identifiers of the module begin with
+        EXPECT_EQ(entry.npos, std::min(entry.find("e2b7e"), entry.find("E2B7E"))) << entry;
     }
 }
 
@@ -118,9 +133,8 @@ TEST_F(Registration, MissingRightsAreTold) {
 
 TEST_F(Registration, TypeLibraryFailureIsShownOnly) {
     const std::string path = m_copies.AddWithoutTypeLibrary("bare");
-    const Module bare(path);
     ErrorBox box;
-    EXPECT_HR(S_OK, bare.Register());
+    EXPECT_HR(S_OK, Module(path).Register());
     EXPECT_EQ("Failed  to register type library: " + path, box.Text()); // codes have no names while tracing is off
     EXPECT_EQ(path, ClassesText("CLSID\\{E2B7ED95-38C5-11D5-91F6-00104BDB8FF9}\\InprocServer32"));
 }

@@ -30,11 +30,6 @@ void UnregisterLibrary() {
 
 class Automation : public TransformTest {
 protected:
-    void SetUp() override {
-        TransformTest::SetUp();
-        ASSERT_TRUE(m_classes.Active());
-    }
-
     HRESULT Call(DISPID id, WORD flags, std::vector<VARIANT> arguments, VARIANT* result = nullptr) {
         std::reverse(arguments.begin(), arguments.end());
         DISPID put = DISPID_PROPERTYPUT;

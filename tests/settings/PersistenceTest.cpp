@@ -13,8 +13,6 @@ namespace {
 
 class Persistence : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(m_user.Active()); }
-
     static void ExpectLevel2(TransformUnderTest& object) {
         EXPECT_EQ(VARIANT_TRUE, object.Get(&INMFVDeinterlace::get_Enabled));
         EXPECT_EQ(VARIANT_TRUE, object.Get(&INMFVDeinterlace::get_MergeFields));

@@ -11,6 +11,7 @@
 #include <oleauto.h>
 
 #include "NMFVDeinterlace.h"
+#include "Product.h"
 
 namespace {
 
@@ -85,7 +86,7 @@ TEST_F(TypeLibrary, IsTheLibrary) {
     BSTR name = nullptr, help = nullptr;
     ASSERT_HR(S_OK, m_library->GetDocumentation(-1, &name, &help, nullptr, nullptr));
     EXPECT_EQ(L"NMFVDeinterlaceLib", Text(name));
-    EXPECT_EQ(L"Nerin MF Video Deinterlace Transform Library", Text(help));
+    EXPECT_EQ(L"" NMFV_DISPLAY_NAME " Library", Text(help)); // which the IDL types itself
 }
 
 TEST_F(TypeLibrary, InterfaceIsDispatchableButNotDual) {
@@ -151,7 +152,7 @@ TEST_F(TypeLibrary, EnumerationsAndClass) {
     }
     CComRef<ITypeInfo> coclass;
     ASSERT_HR(S_OK, m_library->GetTypeInfoOfGuid(CLSID_NMFVDeinterlace, coclass.Put()));
-    EXPECT_EQ(L"Nerin MF Video Deinterlace Transform", HelpOf(coclass.Get(), MEMBERID_NIL));
+    EXPECT_EQ(L"" NMFV_DISPLAY_NAME, HelpOf(coclass.Get(), MEMBERID_NIL));
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 // A registry of the test program's own: what is written below HKEY_CURRENT_USER or HKEY_CLASSES_ROOT while this lives
-// lands in a key that nobody else sees and that goes with this, so programs may run side by side.
+// lands in a key that nobody else sees and that goes with this, so programs may run side by side. Where the platform
+// refuses, the program ends: its tests would write what everybody sees.
 #pragma once
 
 #include "base/Handles.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include <windows.h>
@@ -17,7 +19,10 @@ public:
         std::snprintf(name, sizeof(name), "Software\\NMFVTest.%lu.%p", GetCurrentProcessId(), static_cast<void*>(root));
         m_path = name;
         RegCreateKeyExA(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, m_key.Put(), nullptr);
-        m_active = m_key && RegOverridePredefKey(root, m_key.Get()) == ERROR_SUCCESS;
+        if (!m_key || RegOverridePredefKey(root, m_key.Get()) != ERROR_SUCCESS) {
+            std::fputs("PrivateRegistry: refused\n", stderr);
+            std::abort();
+        }
     }
     PrivateRegistry(const PrivateRegistry&) = delete;
     PrivateRegistry& operator=(const PrivateRegistry&) = delete;
@@ -30,12 +35,8 @@ public:
     // Takes the key away from under the root: every access fails from then on.
     void Delete() { RegDeleteKeyA(m_key.Get(), ""); }
 
-    // False when the platform refused; tests must then not go on.
-    bool Active() const { return m_active; }
-
 private:
     HKEY m_root;
     CRegKey m_key;
     std::string m_path;
-    bool m_active = false;
 };

@@ -4,6 +4,7 @@
 #include "com/ComRef.h"
 #include "server/ClassFactory.h"
 #include "tests/support/ComChecks.h"
+#include "tests/support/Media.h"
 #include "tests/support/PrivateRegistry.h"
 
 #include "NMFVDeinterlace.h"
@@ -53,12 +54,25 @@ struct TransformUnderTest {
     CComRef<IMFAttributes> store;
 };
 
+// One frame in, one frame out; the first failure, or S_OK.
+inline HRESULT PassFrame(IMFTransform* transform, IMFSample* in, IMFSample* out) {
+    MFT_OUTPUT_DATA_BUFFER buffer{0, out, 0, nullptr};
+    DWORD status = 0;
+    const HRESULT hr = transform->ProcessInput(0, in, 0);
+    return FAILED(hr) ? hr : transform->ProcessOutput(0, 1, &buffer, &status);
+}
+
 // The common fixture: no saved settings, one transform with its defaults.
 class TransformTest : public testing::Test {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(m_user.Active());
-        ASSERT_TRUE(m_object.Create());
+    void SetUp() override { ASSERT_TRUE(m_object.Create()); }
+
+    // One type for both sides.
+    void SetTypes(REFGUID subtype, UINT32 width, UINT32 height, UINT32 rate = 25) {
+        CComRef<IMFMediaType> type;
+        MakeVideoType(subtype, width, height, type, rate);
+        ASSERT_HR(S_OK, Mft()->SetInputType(0, type.Get(), 0));
+        ASSERT_HR(S_OK, Mft()->SetOutputType(0, type.Get(), 0));
     }
 
     IMFTransform* Mft() { return m_object.transform.Get(); }

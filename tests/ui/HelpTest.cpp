@@ -20,8 +20,6 @@ constexpr char kAddress[] = "https://help.example.com/v23/multimedia/transforms/
 class HelpTopics : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(m_machine.Active());
-        ASSERT_TRUE(m_classes.Active());
         m_log.executeResult = 32; // refused, the largest of the shell's errors
         std::ofstream(m_folder + "\\NxTransforms.chm") << "help";
     }

@@ -1,7 +1,5 @@
 // Which types the transform offers and takes, and what it derives from them.
 #include "mft/InputSubtypes.h"
-#include "tests/support/CallHook.h"
-#include "tests/support/Media.h"
 #include "tests/support/Transform.h"
 
 #include <iterator>
@@ -10,13 +8,7 @@
 
 namespace {
 
-class Negotiation : public TransformTest {
-protected:
-    HRESULT SetBoth(IMFMediaType* type) {
-        const HRESULT hr = Mft()->SetInputType(0, type, 0);
-        return FAILED(hr) ? hr : Mft()->SetOutputType(0, type, 0);
-    }
-};
+class Negotiation : public TransformTest {};
 
 TEST_F(Negotiation, OffersFourPartialTypes) {
     const GUID* const expected[] = {&MFVideoFormat_RGB24, &MFVideoFormat_YUY2, &MFVideoFormat_UYVY, &kSubtypeIyu2};
@@ -65,15 +57,12 @@ TEST_F(Negotiation, FixedLayout) {
     EXPECT_HR(E_NOTIMPL, Mft()->AddInputStreams(1, n));
 }
 
-struct FormatRow {
+constexpr struct {
     const GUID* subtype;
-    UINT32 width;
-    UINT32 height;
+    UINT32 width, height;
     HRESULT result;
     DWORD bytes;
-};
-
-const FormatRow kFormats[] = {
+} kFormats[] = {
     {&MFVideoFormat_YUY2, 720, 480, S_OK, 691200},
     {&MFVideoFormat_UYVY, 2, 1, S_OK, 4},
     {&MFVideoFormat_RGB24, 721, 2, S_OK, 4328},
@@ -88,7 +77,7 @@ const FormatRow kFormats[] = {
 };
 
 TEST_F(Negotiation, FormatsAndSizes) {
-    for (const FormatRow& row : kFormats) {
+    for (const auto& row : kFormats) {
         SCOPED_TRACE(testing::Message() << std::hex << row.subtype->Data1 << std::dec << " " << row.width << "x"
                                         << row.height);
         CComRef<IMFMediaType> type;
@@ -143,7 +132,8 @@ TEST_F(Negotiation, OutputIsTheInput) {
 TEST_F(Negotiation, ClearingAndArguments) {
     CComRef<IMFMediaType> type, current;
     MakeVideoType(MFVideoFormat_RGB24, 8, 8, type);
-    ASSERT_HR(S_OK, SetBoth(type.Get()));
+    ASSERT_HR(S_OK, Mft()->SetInputType(0, type.Get(), 0));
+    ASSERT_HR(S_OK, Mft()->SetOutputType(0, type.Get(), 0));
     ExpectRefs(type.Get(), 3);
     EXPECT_HR(E_INVALIDARG, Mft()->SetInputType(0, type.Get(), 2));
     EXPECT_HR(E_INVALIDARG, Mft()->SetOutputType(0, nullptr, 4));
@@ -159,11 +149,8 @@ TEST_F(Negotiation, ClearingAndArguments) {
 }
 
 TEST_F(Negotiation, FrameRateMayBeMissing) {
-    CComRef<IMFMediaType> fast, none;
-    MakeVideoType(MFVideoFormat_RGB24, 8, 8, fast, 50);
-    MakeVideoType(MFVideoFormat_YUY2, 8, 8, none, 0);
-    ASSERT_HR(S_OK, Mft()->SetInputType(0, fast.Get(), 0));
-    ASSERT_HR(S_OK, Mft()->SetInputType(0, none.Get(), 0));
+    SetTypes(MFVideoFormat_RGB24, 8, 8, 50);
+    SetTypes(MFVideoFormat_YUY2, 8, 8, 0);
     EXPECT_EQ(50.0, Get(&INMFVDeinterlace::get_FrameRate)); // the earlier values stay
     EXPECT_EQ(16, Get(&INMFVDeinterlace::get_InBits));
 }
@@ -179,9 +166,9 @@ TEST_F(Negotiation, IncompleteTypesPassTheirErrorOn) {
 }
 
 TEST_F(Negotiation, NoChangeWhileASampleIsHeld) {
+    SetTypes(MFVideoFormat_RGB24, 8, 8);
     CComRef<IMFMediaType> type;
-    MakeVideoType(MFVideoFormat_RGB24, 8, 8, type);
-    ASSERT_HR(S_OK, SetBoth(type.Get()));
+    ASSERT_HR(S_OK, Mft()->GetInputCurrentType(0, type.Put()));
     CComRef<IMFSample> sample;
     MakeSample(std::vector<BYTE>(192), sample);
     ASSERT_HR(S_OK, Mft()->ProcessInput(0, sample.Get(), 0));

@@ -1,10 +1,12 @@
 // One frame in, one frame out: the states, the messages, and failures of the caller's objects.
+#include "mft/InputSubtypes.h"
 #include "tests/support/CallHook.h"
-#include "tests/support/Media.h"
+#include "tests/support/OraclePixels.h"
+#include "tests/support/RandomBytes.h"
+#include "tests/support/Threads.h"
 #include "tests/support/Transform.h"
 
 #include <numeric>
-#include <thread>
 
 #include <mferror.h>
 
@@ -28,15 +30,11 @@ class Streaming : public TransformTest {
 protected:
     void SetUp() override {
         TransformTest::SetUp();
-        MakeVideoType(MFVideoFormat_YUY2, 8, 8, m_type);
         Store()->SetUINT32(NMFV_DEINTERLACE_ENABLED, 0);
         std::iota(m_picture.begin(), m_picture.end(), BYTE{0});
     }
 
-    void SetTypes() {
-        ASSERT_HR(S_OK, Mft()->SetInputType(0, m_type.Get(), 0));
-        ASSERT_HR(S_OK, Mft()->SetOutputType(0, m_type.Get(), 0));
-    }
+    void SetTypes() { TransformTest::SetTypes(MFVideoFormat_YUY2, 8, 8); }
 
     HRESULT Output(IMFSample* sample) {
         MFT_OUTPUT_DATA_BUFFER buffer{0, sample, 0xDEAD, nullptr};
@@ -54,7 +52,6 @@ protected:
         return output == MFT_OUTPUT_STATUS_SAMPLE_READY;
     }
 
-    CComRef<IMFMediaType> m_type;
     std::vector<BYTE> m_picture = std::vector<BYTE>(kFrameBytes);
 };
 
@@ -62,13 +59,14 @@ TEST_F(Streaming, TakesOneSampleAtATime) {
     CComRef<IMFSample> sample, empty, two;
     MakeSample(m_picture, sample);
     MakeSample(nullptr, empty);
-    MakeSample(m_picture, two);
-    CComRef<IMFMediaBuffer> extra;
-    MakeBuffer(m_picture, extra);
-    two->AddBuffer(extra.Get());
+    CComRef<IMFMediaBuffer> buffer;
+    MakeSample(MakeBuffer(m_picture, buffer), two);
+    two->AddBuffer(buffer.Get());
+    CComRef<IMFMediaType> type;
+    MakeVideoType(MFVideoFormat_YUY2, 8, 8, type);
 
     EXPECT_HR(MF_E_NOTACCEPTING, Mft()->ProcessInput(0, sample.Get(), 0));
-    Mft()->SetInputType(0, m_type.Get(), 0);
+    Mft()->SetInputType(0, type.Get(), 0);
     EXPECT_HR(MF_E_NOTACCEPTING, Mft()->ProcessInput(0, sample.Get(), 0));
     SetTypes();
     EXPECT_HR(E_POINTER, Mft()->ProcessInput(1, nullptr, 1));
@@ -125,6 +123,32 @@ TEST_F(Streaming, PassesPictureLengthAndTimingOn) {
         EXPECT_EQ(0u, ItemsOf(output.Get()));
         ExpectRefs(input.Get(), 1);
         EXPECT_HR(MF_E_TRANSFORM_NEED_MORE_INPUT, Output(output.Get())); // never two for one
+    }
+}
+
+// Padding included, which only combined rows write.
+TEST_F(Streaming, EverySubtypeIsDeinterlaced) {
+    Store()->SetUINT32(NMFV_DEINTERLACE_ENABLED, 1);
+    Store()->SetUINT32(NMFV_DEINTERLACE_AUTO_DEINTERLACE, 0);
+    constexpr struct {
+        const GUID* subtype;
+        UINT32 width, bits;
+    } kRows[] = {{&MFVideoFormat_RGB24, 13, 24},
+                 {&MFVideoFormat_YUY2, 14, 16},
+                 {&MFVideoFormat_UYVY, 14, 16},
+                 {&kSubtypeIyu2, 13, 24}};
+    RandomBytes random(TestSeed());
+    for (const auto& row : kRows) {
+        TransformTest::SetTypes(*row.subtype, row.width, 7);
+        const OracleFrame frame{row.width, 7, row.bits};
+        std::vector<BYTE> picture(static_cast<std::size_t>(frame.Bytes())), expected(picture.size(), 0xA5);
+        random.Fill(picture);
+        CComRef<IMFSample> input, output;
+        MakeSample(picture, input);
+        MakeSample(expected, output);
+        OracleDeinterlace(frame, {.merge = true}, picture.data(), expected.data());
+        EXPECT_HR(S_OK, PassFrame(Mft(), input.Get(), output.Get()));
+        EXPECT_EQ(expected, BytesOf(output.Get())) << &row - kRows;
     }
 }
 
@@ -248,15 +272,24 @@ TEST_F(Streaming, UnprocessableFrames) {
 
 // Many transforms in many threads, settings written while frames flow; each thread's last frame is right.
 TEST_F(Streaming, SeveralTransformsInSeveralThreads) {
-    const auto work = [this](int seed) {
+    InThreads(4, [this](int seed) {
         TransformUnderTest own;
         ASSERT_TRUE(own.Create());
         IMFTransform* const mft = own.transform.Get();
-        ASSERT_HR(S_OK, mft->SetInputType(0, m_type.Get(), 0));
-        ASSERT_HR(S_OK, mft->SetOutputType(0, m_type.Get(), 0));
+        CComRef<IMFMediaType> type;
+        MakeVideoType(MFVideoFormat_YUY2, 8, 8, type);
+        ASSERT_HR(S_OK, mft->SetInputType(0, type.Get(), 0));
+        ASSERT_HR(S_OK, mft->SetOutputType(0, type.Get(), 0));
         mft->ProcessMessage(MFT_MESSAGE_NOTIFY_START_OF_STREAM, 0);
-        std::thread writer([&] {
+        CComRef<IMFSample> in, out;
+        MakeSample(m_picture, in);
+        MakeSample(std::vector<BYTE>(kFrameBytes), out);
+        InThreads(2, [&](int writes) {
             for (int i = 0; i < 400; ++i) {
+                if (!writes) {
+                    ASSERT_HR(S_OK, PassFrame(mft, in.Get(), out.Get()));
+                    continue;
+                }
                 own.control->put_EnableROI(i & 1 ? VARIANT_TRUE : VARIANT_FALSE);
                 own.control->put_ROIRight(seed + i);
                 own.store->SetUINT32(NMFV_DEINTERLACE_ROI_BOTTOM, static_cast<UINT32>(i) * 0x01234567u);
@@ -264,28 +297,10 @@ TEST_F(Streaming, SeveralTransformsInSeveralThreads) {
                 own.control->ResetToDefaultsEx(i & 1);
             }
         });
-        CComRef<IMFSample> in, out;
-        MakeSample(m_picture, in);
-        MakeSample(std::vector<BYTE>(kFrameBytes), out);
-        MFT_OUTPUT_DATA_BUFFER buffer{0, out.Get(), 0, nullptr};
-        DWORD status = 0;
-        for (int i = 0; i < 400; ++i) {
-            ASSERT_HR(S_OK, mft->ProcessInput(0, in.Get(), 0));
-            ASSERT_HR(S_OK, mft->ProcessOutput(0, 1, &buffer, &status));
-        }
-        writer.join();
         own.store->SetUINT32(NMFV_DEINTERLACE_ENABLED, 0);
-        ASSERT_HR(S_OK, mft->ProcessInput(0, in.Get(), 0));
-        ASSERT_HR(S_OK, mft->ProcessOutput(0, 1, &buffer, &status));
+        ASSERT_HR(S_OK, PassFrame(mft, in.Get(), out.Get()));
         EXPECT_EQ(m_picture, BytesOf(out.Get()));
-    };
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back(work, i);
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    });
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // One object, three interfaces, one reference count.
 #include "com/BaseObject.h"
+#include "server/ClassTable.h"
 #include "tests/support/Transform.h"
 
 namespace {
@@ -42,16 +43,19 @@ TEST_F(Identity, FactoryRefusals) {
     EXPECT_EQ(nullptr, found);
     EXPECT_HR(E_POINTER, GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, nullptr));
 
-    CComRef<IClassFactory> factory;
-    ASSERT_HR(S_OK, GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, factory.PutVoid()));
     const LONG objects = g_ObjectCount;
-    EXPECT_HR(E_NOINTERFACE, factory->CreateInstance(Mft(), IID_IMFTransform, &found));
-    EXPECT_HR(CLASS_E_NOAGGREGATION, factory->CreateInstance(Mft(), IID_IUnknown, &found));
-    EXPECT_HR(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IPersist, &found));
-    EXPECT_EQ(nullptr, found);
-    EXPECT_HR(E_POINTER, factory->CreateInstance(nullptr, IID_IUnknown, nullptr));
+    for (const ClassEntry& row : ClassTable()) {
+        CComRef<IClassFactory> factory;
+        found = &found;
+        ASSERT_HR(S_OK, GetClassObject(*row.clsid, IID_IClassFactory, factory.PutVoid()));
+        EXPECT_HR(E_NOINTERFACE, factory->CreateInstance(Mft(), IID_IMFTransform, &found));
+        EXPECT_HR(CLASS_E_NOAGGREGATION, factory->CreateInstance(Mft(), IID_IUnknown, &found));
+        EXPECT_HR(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IPersist, &found));
+        EXPECT_EQ(nullptr, found);
+        EXPECT_HR(E_POINTER, factory->CreateInstance(nullptr, IID_IUnknown, nullptr));
+        ExpectRefs(factory.Get(), 1);
+    }
     EXPECT_EQ(objects, g_ObjectCount);
-    ExpectRefs(factory.Get(), 1);
 }
 
 } // namespace

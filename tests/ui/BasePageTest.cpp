@@ -172,16 +172,4 @@ TEST_F(BasePage, Information) {
     CoTaskMemFree(copy);
 }
 
-TEST_F(BasePage, Creation) {
-    const LONG objects = MediaFoundationSamples::g_ObjectCount;
-    IUnknown* found = m_page;
-    void** const result = reinterpret_cast<void**>(&found);
-    EXPECT_HR(E_POINTER, CreatePage<LetterPage<IDD_ROI>>(nullptr, IID_IUnknown, nullptr));
-    EXPECT_HR(CLASS_E_NOAGGREGATION, CreatePage<LetterPage<IDD_ROI>>(m_page, IID_IUnknown, result));
-    EXPECT_HR(E_NOINTERFACE, CreatePage<LetterPage<IDD_ROI>>(nullptr, IID_IDispatch, result));
-    EXPECT_EQ(nullptr, found);
-    EXPECT_EQ(objects, MediaFoundationSamples::g_ObjectCount);
-    m_page->Release();
-}
-
 } // namespace

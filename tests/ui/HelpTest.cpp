@@ -9,12 +9,14 @@
 #include "ui/help/HelpHook.h"
 
 #include "NMFVDeinterlaceKeys.h"
+#include "Product.h"
 
 #include <utility>
 
 namespace {
 
-constexpr char kName[] = "Nerin MF Video Deinterlace Transform";
+constexpr char kName[] = NMFV_DISPLAY_NAME;
+const Texts kNoHelp = {NMFV_DISPLAY_NAME ": Can't find help file."};
 constexpr char kAddress[] = "https://help.example.com/v23/multimedia/transforms/NerinMFVideoDeinterlaceTransform.html";
 
 class HelpTopics : public testing::Test {
@@ -37,30 +39,25 @@ protected:
 };
 
 TEST_F(HelpTopics, SiteComesFirst) {
-    m_log.executeResult = 33;
+    EXPECT_EQ(-3, ShowHelpTopic(kName, 1)); // neither site nor help path
+    SetHelpPath("abcd", REG_DWORD);
+    EXPECT_EQ(-3, ShowHelpTopic(kName, 1));
+    EXPECT_EQ(-3, ShowHelpTopic(nullptr, 1));
+    EXPECT_TRUE(m_log.boxes.empty());
+    ShowPageHelp(nullptr, kName);
+    EXPECT_EQ(kNoHelp, m_log.boxes);
     SetHelpPath(m_folder);
+    m_log.opened.clear();
+    EXPECT_EQ(-2, ShowHelpTopic(std::string(261, 'x').c_str(), 1)); // too long a name
+    EXPECT_TRUE(m_log.opened.empty());
+    EXPECT_EQ(-1, ShowHelpTopic(std::string(260, 'x').c_str(), 1));
+    m_log.executeResult = 33;
+    m_log.opened.clear();
     EXPECT_EQ(0, ShowHelpTopic(kName, 1));
     EXPECT_EQ(Texts{kAddress}, m_log.opened);
     EXPECT_TRUE(m_log.shown.empty());
     EXPECT_EQ(-2, OpenOnlineHelp(std::string(261, 'x').c_str(), false));
     EXPECT_EQ(0, OpenOnlineHelp(std::string(260, 'x').c_str(), false));
-}
-
-TEST_F(HelpTopics, NamesThatCantBe) {
-    SetHelpPath(m_folder);
-    EXPECT_EQ(-3, ShowHelpTopic(nullptr, 1));
-    EXPECT_EQ(-2, ShowHelpTopic(std::string(261, 'x').c_str(), 1));
-    EXPECT_TRUE(m_log.opened.empty());
-    EXPECT_EQ(-1, ShowHelpTopic(std::string(260, 'x').c_str(), 1));
-}
-
-TEST_F(HelpTopics, WithoutHelpPath) {
-    EXPECT_EQ(-3, ShowHelpTopic(kName, 1)); // no key
-    SetHelpPath("abcd", REG_DWORD);
-    EXPECT_EQ(-3, ShowHelpTopic(kName, 1));
-    EXPECT_TRUE(m_log.boxes.empty());
-    ShowPageHelp(nullptr, kName);
-    EXPECT_EQ(Texts{std::string(kName) + ": Can't find help file."}, m_log.boxes);
 }
 
 // Kept: a file that was found counts as shown, so the last rows say 0 without a control.
@@ -105,8 +102,8 @@ TEST_F(HelpTopics, FindsTheFileBesideTheModule) {
 TEST_F(HelpTopics, NamesTheMissingFiles) {
     SetHelpPath("C:\\missing");
     EXPECT_EQ(-1, ShowHelpTopic(kName, 1));
-    EXPECT_EQ(Texts{std::string(kName) + ": The following help files were not found in the help path(s): \n\n"
-                                         "- ...\\NxTransforms.chm\n- ...\\nxfilters.chm\n- ...\\nxfilters.chm\n"},
+    EXPECT_EQ(Texts{NMFV_DISPLAY_NAME ": The following help files were not found in the help path(s): \n\n"
+                                      "- ...\\NxTransforms.chm\n- ...\\nxfilters.chm\n- ...\\nxfilters.chm\n"},
               m_log.boxes);
 }
 
@@ -137,65 +134,62 @@ TEST_F(HelpTopics, ControlIsTriedOnce) {
 }
 
 TEST_F(HelpTopics, PageInformation) {
-    const struct {
-        std::string name;
-        std::size_t length;
-    } rows[] = {{kName, 32},
-                {"", 0},
-                {std::string(261, ' '), 0},
-                {std::string(260, 'x'), 0},
-                {std::string(259, 'x') + " ", 259}};
-    for (const auto& row : rows) {
+    const std::pair<std::string, std::size_t> rows[] = {{kName, 32},
+                                                        {"", 0},
+                                                        {std::string(261, ' '), 0},
+                                                        {std::string(260, 'x'), 0},
+                                                        {std::string(259, 'x') + " ", 259}};
+    for (const auto& [name, length] : rows) {
         PROPPAGEINFO info = {};
-        SetPageHelpInfo(&info, row.name.c_str());
-        EXPECT_EQ(row.length, info.pszHelpFile ? wcslen(info.pszHelpFile) : 0) << row.name;
-        EXPECT_EQ(row.length ? 1u : 0u, info.dwHelpContext) << row.name;
+        SetPageHelpInfo(&info, name.c_str());
+        EXPECT_EQ(length, info.pszHelpFile ? wcslen(info.pszHelpFile) : 0) << name;
+        EXPECT_EQ(length ? 1u : 0u, info.dwHelpContext) << name;
         CoTaskMemFree(info.pszHelpFile);
     }
 }
 
 constexpr LONG_PTR kUserData = 0x1234567; // no pointer: a hook that follows it ends the program
 
-// A hooked sheet with one page.
-struct HookedSheet {
-    HookedSheet()
-        : page(CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 0, 9, 9, sheet.Get(), nullptr, nullptr, nullptr)) {
-        SetWindowLongPtrW(sheet.Get(), GWLP_USERDATA, kUserData);
-        procedure = GetWindowLongPtrW(sheet.Get(), GWLP_WNDPROC);
-    }
+// A sheet with one page, to be hooked.
+class HelpHook : public HelpTopics {
+protected:
+    HelpHook() { SetUserData(kUserData); }
+
+    HRESULT Install(const char* name = kName) { return InstallHelpHook(m_page, name, 1); }
+    LONG_PTR UserData() const { return GetWindowLongPtrW(m_sheet, GWLP_USERDATA); }
+    void SetUserData(LONG_PTR value) { SetWindowLongPtrW(m_sheet, GWLP_USERDATA, value); }
     bool IsOriginal() const {
-        return GetWindowLongPtrW(sheet.Get(), GWLP_WNDPROC) == procedure &&
-               GetWindowLongPtrW(sheet.Get(), GWLP_USERDATA) == kUserData;
+        return GetWindowLongPtrW(m_sheet, GWLP_WNDPROC) == m_procedure && UserData() == kUserData;
     }
-    SheetWindow sheet;
-    HWND page;
-    LONG_PTR procedure;
+
+    SheetWindow m_window;
+    const HWND m_sheet = m_window.Get();
+    const HWND m_page = CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 0, 9, 9, m_sheet, nullptr, nullptr, nullptr);
+    const LONG_PTR m_procedure = GetWindowLongPtrW(m_sheet, GWLP_WNDPROC);
 };
 
-TEST_F(HelpTopics, HookAnswersF1AndGoes) {
-    HookedSheet hooked;
-    const HWND sheet = hooked.sheet.Get();
-    EXPECT_HR(E_INVALIDARG, InstallHelpHook(sheet, kName, 1));
-    RemoveHelpHook(hooked.page); // nothing to remove
-    EXPECT_TRUE(hooked.IsOriginal());
-    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, kName, 1));
-    const LONG_PTR record = GetWindowLongPtrW(sheet, GWLP_USERDATA);
-    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, "Another", 1));
-    EXPECT_EQ(record, GetWindowLongPtrW(sheet, GWLP_USERDATA));
-    EXPECT_TRUE(IsWindowUnicode(sheet));
+TEST_F(HelpHook, HookAnswersF1AndGoes) {
+    EXPECT_HR(E_INVALIDARG, InstallHelpHook(m_sheet, kName, 1));
+    RemoveHelpHook(m_page); // nothing to remove
+    EXPECT_TRUE(IsOriginal());
+    EXPECT_HR(S_OK, Install());
+    const LONG_PTR record = UserData();
+    EXPECT_HR(S_OK, Install("Another"));
+    EXPECT_EQ(record, UserData());
+    EXPECT_TRUE(IsWindowUnicode(m_sheet));
 
-    EXPECT_EQ(TRUE, SendMessageW(sheet, WM_HELP, 0, 0));
+    EXPECT_EQ(TRUE, SendMessageW(m_sheet, WM_HELP, 0, 0));
     EXPECT_EQ(Texts{kAddress}, m_log.opened);
-    EXPECT_EQ(Texts{std::string(kName) + ": Can't find help file."}, m_log.boxes);
-    SetWindowTextW(sheet, L"\u0416"); // other messages reach the sheet, in its own character set
+    EXPECT_EQ(kNoHelp, m_log.boxes);
+    SetWindowTextW(m_sheet, L"\u0416"); // other messages reach the m_sheet, in its own character set
     wchar_t text[8];
-    GetWindowTextW(sheet, text, 8);
+    GetWindowTextW(m_sheet, text, 8);
     EXPECT_STREQ(L"\u0416", text);
 
-    RemoveHelpHook(hooked.page);
-    EXPECT_TRUE(hooked.IsOriginal());
-    RemoveHelpHook(hooked.page);
-    EXPECT_TRUE(hooked.IsOriginal());
+    RemoveHelpHook(m_page);
+    EXPECT_TRUE(IsOriginal());
+    RemoveHelpHook(m_page);
+    EXPECT_TRUE(IsOriginal());
 }
 
 // A host that counts in the sheet's user data; it answers WM_APP with the count, WM_APP + 1 from inside another call.
@@ -207,27 +201,25 @@ LRESULT CALLBACK CountingHost(HWND sheet, UINT message, WPARAM wParam, LPARAM lP
     return message == WM_APP ? GetWindowLongPtrW(sheet, GWLP_USERDATA) : SendMessageW(sheet, WM_APP, 0, 0);
 }
 
-TEST_F(HelpTopics, HostKeepsItsUserData) {
-    HookedSheet hooked;
-    const HWND sheet = hooked.sheet.Get();
-    SetWindowLongPtrW(sheet, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountingHost));
-    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, kName, 1));
-    const LONG_PTR record = GetWindowLongPtrW(sheet, GWLP_USERDATA);
-    EXPECT_EQ(kUserData + 1, SendMessageW(sheet, WM_APP, 0, 0));
-    EXPECT_EQ(kUserData + 3, SendMessageW(sheet, WM_APP + 1, 0, 0));
-    EXPECT_EQ(record, GetWindowLongPtrW(sheet, GWLP_USERDATA));
-    SetWindowLongPtrW(sheet, GWLP_USERDATA, 5);
-    const HANDLE property = RemovePropA(sheet, "NerinHelpHookRecord");
+TEST_F(HelpHook, HostKeepsItsUserData) {
+    SetWindowLongPtrW(m_sheet, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountingHost));
+    EXPECT_HR(S_OK, Install());
+    const LONG_PTR record = UserData();
+    EXPECT_EQ(kUserData + 1, SendMessageW(m_sheet, WM_APP, 0, 0));
+    EXPECT_EQ(kUserData + 3, SendMessageW(m_sheet, WM_APP + 1, 0, 0));
+    EXPECT_EQ(record, UserData());
+    SetUserData(5);
+    const HANDLE property = RemovePropA(m_sheet, "NerinHelpHookRecord");
     for (int i = 0; i < 2; ++i) { // without its property, and with it
-        EXPECT_HR(S_OK, InstallHelpHook(hooked.page, kName, 1));
-        SetPropA(sheet, "NerinHelpHookRecord", property);
-        EXPECT_EQ(6 + i, SendMessageW(sheet, WM_APP, 0, 0));
-        EXPECT_EQ(6 + i, GetWindowLongPtrW(sheet, GWLP_USERDATA));
+        EXPECT_HR(S_OK, Install());
+        SetPropA(m_sheet, "NerinHelpHookRecord", property);
+        EXPECT_EQ(6 + i, SendMessageW(m_sheet, WM_APP, 0, 0));
+        EXPECT_EQ(6 + i, UserData());
     }
-    EXPECT_EQ(TRUE, SendMessageW(sheet, WM_HELP, 0, 0));
-    RemoveHelpHook(hooked.page);
-    EXPECT_EQ(reinterpret_cast<LONG_PTR>(&CountingHost), GetWindowLongPtrW(sheet, GWLP_WNDPROC));
-    EXPECT_EQ(7, GetWindowLongPtrW(sheet, GWLP_USERDATA));
+    EXPECT_EQ(TRUE, SendMessageW(m_sheet, WM_HELP, 0, 0));
+    RemoveHelpHook(m_page);
+    EXPECT_EQ(reinterpret_cast<LONG_PTR>(&CountingHost), GetWindowLongPtrW(m_sheet, GWLP_WNDPROC));
+    EXPECT_EQ(7, UserData());
 }
 
 WNDPROC g_replaced; // by LaterProcedure
@@ -249,27 +241,25 @@ void ExpectAnswers(HWND sheet, const char* text) {
     EXPECT_EQ(text, TextOf(sheet));
 }
 
-TEST_F(HelpTopics, LaterProcedureStaysChained) {
-    HookedSheet hooked;
-    const HWND sheet = hooked.sheet.Get();
-    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, kName, 1));
-    ReplaceProcedure(sheet);
+TEST_F(HelpHook, LaterProcedureStaysChained) {
+    EXPECT_HR(S_OK, Install());
+    ReplaceProcedure(m_sheet);
     for (const bool installed : {true, false, true}) {
-        installed ? (void)InstallHelpHook(hooked.page, kName, 1) : RemoveHelpHook(hooked.page);
-        EXPECT_EQ(installed, GetWindowLongPtrW(sheet, GWLP_USERDATA) != kUserData);
-        ExpectAnswers(sheet, installed ? "hooked" : "removed");
+        installed ? (void)Install() : RemoveHelpHook(m_page);
+        EXPECT_EQ(installed, UserData() != kUserData);
+        ExpectAnswers(m_sheet, installed ? "hooked" : "removed");
         m_log.boxes.clear();
-        SendMessageA(sheet, WM_HELP, 0, 0);
+        SendMessageA(m_sheet, WM_HELP, 0, 0);
         EXPECT_EQ(installed ? 1u : 0u, m_log.boxes.size());
         EXPECT_EQ(UINT{WM_HELP}, std::exchange(g_lastMessage, 0));
     }
-    SetWindowLongPtrA(sheet, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(g_replaced));
-    RemoveHelpHook(hooked.page);
-    EXPECT_TRUE(hooked.IsOriginal());
+    SetWindowLongPtrA(m_sheet, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(g_replaced));
+    RemoveHelpHook(m_page);
+    EXPECT_TRUE(IsOriginal());
 }
 
 // The module may go with its last page, but not while a procedure of the host's leads into it.
-TEST_F(HelpTopics, NobodyCallsAModuleThatIsGone) {
+TEST_F(HelpHook, NobodyCallsAModuleThatIsGone) {
     NotingSite object;
     for (const bool replaced : {false, true}) {
         SheetWindow sheet;
@@ -294,11 +284,10 @@ TEST_F(HelpTopics, NobodyCallsAModuleThatIsGone) {
     }
 }
 
-TEST_F(HelpTopics, SheetMayGoFirst) {
-    HookedSheet hooked;
-    EXPECT_HR(S_OK, InstallHelpHook(hooked.page, std::string(1000, 'x').c_str(), 1));
-    hooked.sheet.Destroy();
-    RemoveHelpHook(hooked.page);
+TEST_F(HelpHook, SheetMayGoFirst) {
+    EXPECT_HR(S_OK, Install(std::string(1000, 'x').c_str()));
+    m_window.Destroy();
+    RemoveHelpHook(m_page);
     EXPECT_TRUE(m_log.boxes.empty());
 }
 

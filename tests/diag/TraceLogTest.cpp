@@ -3,6 +3,7 @@
 #include "tests/support/DebuggerTexts.h"
 #include "tests/support/Files.h"
 #include "tests/support/Heap.h"
+#include "tests/support/Threads.h"
 
 #include "diag/Trace.h"
 #include "diag/text/TracePaths.h"
@@ -16,8 +17,6 @@
 #include <mutex>
 #include <regex>
 #include <sstream>
-#include <thread>
-#include <vector>
 
 #include <tlhelp32.h>
 
@@ -75,21 +74,15 @@ TEST_F(TraceLog, ManyThreadsOfTwoModules) {
     {
         const TracingModule modules[] = {{kOneModule, kToFile | kTraceTime | kTraceThread, m_file},
                                          {kOtherModule, kToFile | kTraceTime | kTraceThread, m_file}};
-        std::vector<std::thread> threads;
-        for (int i = 0; i < kThreads; ++i) {
-            threads.emplace_back([&, i] {
-                for (int n = 0; n < kLines; ++n) {
-                    modules[i % 2].Line("thread" + std::to_string(i) + " " + std::to_string(n) + " " +
-                                        std::string(static_cast<std::size_t>(n % 90), 'x'));
-                    if (n % 100 == 0) {
-                        Sleep(70);
-                    }
+        InThreads(kThreads, [&](int i) {
+            for (int n = 0; n < kLines; ++n) {
+                modules[i % 2].Line("thread" + std::to_string(i) + " " + std::to_string(n) + " " +
+                                    std::string(static_cast<std::size_t>(n % 90), 'x'));
+                if (n % 100 == 0) {
+                    Sleep(70);
                 }
-            });
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
+            }
+        });
     }
     ExpectEveryLine(Contents(m_file), kThreads, kLines);
 }
@@ -145,14 +138,11 @@ TEST_F(TraceLog, SharedSection) {
 
 // Again and again one comes at the moment when the last one goes.
 TEST_F(TraceLog, ComingWhileTheLastOneGoes) {
-    const auto comeAndGo = [&](const wchar_t* name) {
+    InThreads(2, [&](int other) {
         for (int i = 0; i < 300; ++i) {
-            TracingModule(name, kToFile, m_file).Line("a");
+            TracingModule(other ? kOtherModule : kOneModule, kToFile, m_file).Line("a");
         }
-    };
-    std::thread other(comeAndGo, kOtherModule);
-    comeAndGo(kOneModule);
-    other.join();
+    });
     EXPECT_EQ(kMark.size() + 600 * std::string("\r\na").size(), Contents(m_file).size());
 }
 
@@ -253,17 +243,6 @@ TEST_F(TraceLog, BufferOfAnotherCompiler) {
     EXPECT_EQ(kMark + "\r\na\r\nb", Contents(m_file));
 }
 
-// The timer comes due while the unloading thread, which holds the loader's lock, waits for the file.
-TEST_F(TraceLog, UnloadingWhileTheTimerComesDue) {
-    TracingModule module(kOneModule, kToFile, m_file);
-    const CFileHandle lock = LockFile(m_file);
-    module.Line("lost");
-    Sleep(200);
-    const ULONGLONG start = GetTickCount64();
-    module.Unload();
-    EXPECT_GT(3000u, GetTickCount64() - start);
-}
-
 struct Belongings {
     std::int64_t bytes = 0; // on the process heap
     int handles = 0;
@@ -291,27 +270,9 @@ struct Belongings {
     }
 };
 
-// The module goes while its timer is waiting for a file that is in use.
-TEST_F(TraceLog, UnloadingInTheMiddleOfAFlushLeavesNothing) {
-    std::string lost;
-    const auto round = [&] {
-        std::filesystem::remove(m_file);
-        TracingModule module(kOneModule, kToFile, m_file);
-        CFileHandle lock = LockFile(m_file);
-        module.Line("a");
-        std::thread unlocking([&] {
-            Sleep(750);
-            lock.Reset();
-        });
-        Sleep(600);
-        module.Line("b");
-        module.Unload();
-        unlocking.join();
-        const std::string contents = Contents(m_file);
-        if (contents != kMark + "\r\na\r\nb" && contents != kMark + "\r\nb\r\na") {
-            lost += "<" + contents + ">";
-        }
-    };
+// How much more there is after `again` calls of `round` than after the first ones, from which the system keeps
+// something.
+Belongings Growth(int first, int again, const std::function<void()>& round) {
     const auto rounds = [&](int count) {
         for (int i = 0; i < count; ++i) {
             round();
@@ -319,36 +280,51 @@ TEST_F(TraceLog, UnloadingInTheMiddleOfAFlushLeavesNothing) {
         Sleep(200); // the timer's thread ends on its own
         return Belongings::Now();
     };
-    const Belongings before = rounds(2); // the system keeps something from the first times
-    const Belongings after = rounds(4);
-    EXPECT_EQ("", lost);
+    const Belongings before = rounds(first);
+    Belongings after = rounds(again);
+    after.bytes -= before.bytes;
+    after.handles -= before.handles;
+    after.threads -= before.threads;
+    after.mappings -= before.mappings;
+    return after;
+}
+
+// The timer comes due while the unloading thread, which holds the loader's lock, waits for a file in use, or waits for
+// that file itself when the module goes.
+TEST_F(TraceLog, UnloadingInTheMiddleOfAFlushLeavesNothing) {
+    int n = 0;
+    const Belongings growth = Growth(2, 4, [&] {
+        std::filesystem::remove(m_file);
+        TracingModule module(kOneModule, kToFile, m_file);
+        CFileHandle lock = LockFile(m_file);
+        module.Line("a");
+        InThreads(2, [&](int unlocks) {
+            Sleep(unlocks ? 750 : ++n % 2 ? 600 : 200);
+            if (unlocks) {
+                return lock.Reset();
+            }
+            module.Line("b");
+            module.Unload();
+        });
+        const std::string contents = Contents(m_file);
+        EXPECT_TRUE(contents == kMark + "\r\na\r\nb" || contents == kMark + "\r\nb\r\na") << contents;
+    });
     EXPECT_EQ(nullptr, GetModuleHandleW(kOneModule));
-    EXPECT_EQ(before.handles, after.handles);
-    EXPECT_EQ(before.threads, after.threads);
+    EXPECT_EQ(0, growth.handles);
+    EXPECT_EQ(0, growth.threads);
 }
 
 // Too many to hide behind what the system keeps.
 TEST_F(TraceLog, ModulesThatComeAndGoLeaveNothing) {
-    const auto rounds = [&](int count) {
-        for (int i = 0; i < count; ++i) {
-            TracingModule(kOneModule, kToFile, m_file).Line("a");
-        }
-        Sleep(200);
-        return Belongings::Now();
-    };
-    const Belongings before = rounds(50);
-    Belongings after = before;
-    std::int64_t growth = 0;
+    Belongings growth;
     int tries = 0;
     do { // the heap itself grows at times, but what each module loses shows every time
-        const std::int64_t bytes = after.bytes;
-        after = rounds(200);
-        growth = after.bytes - bytes;
-    } while (growth > 200 * 8 && ++tries < 5);
-    EXPECT_LE(growth, 200 * 8);
-    EXPECT_EQ(before.handles, after.handles);
-    EXPECT_EQ(before.threads, after.threads);
-    EXPECT_GE(before.mappings, after.mappings);
+        growth = Growth(50, 200, [&] { TracingModule(kOneModule, kToFile, m_file).Line("a"); });
+    } while (growth.bytes > 200 * 8 && ++tries < 5);
+    EXPECT_LE(growth.bytes, 200 * 8);
+    EXPECT_EQ(0, growth.handles);
+    EXPECT_EQ(0, growth.threads);
+    EXPECT_GE(0, growth.mappings);
 }
 
 // A thread holds the writer's lock while the module goes, for too long or for good; the timer waits for it too.

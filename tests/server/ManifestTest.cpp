@@ -67,19 +67,18 @@ protected:
     void SetUp() override {
         ASSERT_HR(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED));
         CComRef<IUnknown> object;
-        ASSERT_HR(REGDB_E_CLASSNOTREG, Create(CLSID_NMFVDeinterlace, object)) << "with a registered transform this "
-                                                                                 "would prove nothing";
+        ASSERT_HR(REGDB_E_CLASSNOTREG, Create(CLSID_NMFVDeinterlace, object)) << "registered: nothing would be proved";
     }
     void TearDown() override {
         CoUninitialize();
-        (void)UnRegisterTypeLib(LIBID_NMFVDeinterlaceLib, 1, 0, 0,
-                                SYS_WIN64); // Wine registers what it loads for a proxy
+        // Wine registers what it loads for a proxy.
+        (void)UnRegisterTypeLib(LIBID_NMFVDeinterlaceLib, 1, 0, 0, SYS_WIN64);
     }
 
     PrivateRegistry m_user{HKEY_CURRENT_USER};
 };
 
-TEST_F(Manifest, CreatesTheTransformAndItsAutomation) {
+TEST_F(Manifest, CreatesEveryClassAndAutomation) {
     const Activation activation;
     CComRef<IUnknown> object;
     ASSERT_HR(S_OK, Create(CLSID_NMFVDeinterlace, object));
@@ -87,26 +86,17 @@ TEST_F(Manifest, CreatesTheTransformAndItsAutomation) {
     EXPECT_HR(S_OK, object->QueryInterface(IID_IMFTransform, transform.PutVoid()));
     CComRef<IDispatch> automation;
     ASSERT_HR(S_OK, object->QueryInterface(IID_IDispatch, automation.PutVoid()));
-    wchar_t name[] = L"AutoDeinterlaceSensitivity";
-    wchar_t* names[] = {name};
-    DISPID id = 0;
-    ASSERT_HR(S_OK, automation->GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &id));
+    constexpr DISPID kSensitivity = 46;
     DISPPARAMS none{};
-    VARIANT value;
-    VariantInit(&value);
-    ASSERT_HR(S_OK,
-              automation->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none, &value, nullptr, nullptr));
+    VARIANT value{};
+    ASSERT_HR(S_OK, automation->Invoke(kSensitivity, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none, &value,
+                                       nullptr, nullptr));
     EXPECT_EQ(VT_R8, value.vt);
     EXPECT_EQ(1.0, value.dblVal);
-}
-
-// The DLL is found and asked for each class that a registration would name.
-TEST_F(Manifest, NamesEveryClass) {
-    const Activation activation;
-    for (const CLSID* id :
+    for (const CLSID* page :
          {&CLSID_NMFVDeinterlaceSettingsPage, &CLSID_NMFVDeinterlaceRoiPage, &CLSID_NMFVDeinterlaceAboutPage}) {
-        CComRef<IUnknown> object;
-        EXPECT_NE(Hr{REGDB_E_CLASSNOTREG}, Hr{Create(*id, object)});
+        CComRef<IUnknown> any; // the DLL is found and asked for it, whatever this apartment lets it answer
+        EXPECT_NE(Hr{REGDB_E_CLASSNOTREG}, Hr{Create(*page, any)});
     }
 }
 
@@ -134,10 +124,7 @@ TEST_F(Manifest, ControlInterfaceReachesOtherApartments) {
     WaitForSingleObject(ready.Get(), INFINITE);
     CComRef<INMFVDeinterlace> control;
     double sensitivity = 0;
-    if (stream) {
-        EXPECT_HR(S_OK, CoGetInterfaceAndReleaseStream(stream.Detach(), IID_INMFVDeinterlace, control.PutVoid()));
-    }
-    if (control) {
+    if (stream && SUCCEEDED(CoGetInterfaceAndReleaseStream(stream.Detach(), IID_INMFVDeinterlace, control.PutVoid()))) {
         EXPECT_HR(S_OK, control->get_AutoDeinterlaceSensitivity(&sensitivity));
     }
     EXPECT_EQ(1.0, sensitivity);

@@ -5,12 +5,12 @@
 #include "tests/support/Heap.h"
 #include "tests/support/Module.h"
 #include "tests/support/PrivateRegistry.h"
+#include "tests/support/Threads.h"
 
 #include "NMFVDeinterlaceKeys.h"
 
 #include <algorithm>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <mfapi.h>
@@ -22,16 +22,17 @@ class ShippedModule : public testing::Test {
 protected:
     void SetUp() override { ASSERT_NE(nullptr, m_module.Handle()); }
 
-    // A table of the loaded image.
+    // What lies there in the loaded image.
+    template <typename Type>
+    const Type* At(DWORD address) const {
+        return reinterpret_cast<const Type*>(reinterpret_cast<const BYTE*>(m_module.Handle()) + address);
+    }
     template <typename Entry>
     const Entry* Directory(int index) const {
-        const auto* base = reinterpret_cast<const BYTE*>(m_module.Handle());
-        const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-        const auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS64*>(base + dos->e_lfanew);
-        return reinterpret_cast<const Entry*>(base + nt->OptionalHeader.DataDirectory[index].VirtualAddress);
+        const auto* nt = At<IMAGE_NT_HEADERS64>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
+        return At<Entry>(nt->OptionalHeader.DataDirectory[index].VirtualAddress);
     }
-
-    std::string TextAt(DWORD address) const { return reinterpret_cast<const char*>(m_module.Handle()) + address; }
+    std::string TextAt(DWORD address) const { return At<char>(address); }
 
     PrivateRegistry m_user{HKEY_CURRENT_USER};
     Module m_module;
@@ -40,14 +41,11 @@ protected:
 TEST_F(ShippedModule, ExportsItsEntryPointsOnly) {
     const auto* exports = Directory<IMAGE_EXPORT_DIRECTORY>(IMAGE_DIRECTORY_ENTRY_EXPORT);
     std::vector<std::string> names;
-    const auto* addresses =
-        reinterpret_cast<const DWORD*>(reinterpret_cast<const BYTE*>(m_module.Handle()) + exports->AddressOfNames);
     for (DWORD i = 0; i < exports->NumberOfNames; ++i) {
-        names.push_back(TextAt(addresses[i]));
+        names.push_back(TextAt(At<DWORD>(exports->AddressOfNames)[i]));
     }
-    EXPECT_EQ(
-        (std::vector<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"}),
-        names);
+    const char* const kNames[] = {"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"};
+    EXPECT_TRUE(std::ranges::equal(kNames, names)) << testing::PrintToString(names);
 }
 
 // Nothing that a bare Windows lacks: no compiler's run-time, no helper library.
@@ -59,8 +57,7 @@ TEST_F(ShippedModule, ImportsSystemLibrariesOnly) {
     const auto* entry = Directory<IMAGE_IMPORT_DESCRIPTOR>(IMAGE_DIRECTORY_ENTRY_IMPORT);
     for (; entry->Name; ++entry, ++imports) {
         std::string name = TextAt(entry->Name);
-        std::transform(name.begin(), name.end(), name.begin(),
-                       [](char c) { return static_cast<char>(std::tolower(c)); });
+        CharLowerA(name.data());
         const bool known = std::find(system.begin(), system.end(), name) != system.end();
         EXPECT_TRUE(known || name.starts_with("api-ms-win-")) << name;
     }
@@ -76,19 +73,13 @@ TEST_F(ShippedModule, MayGoOnceNothingIsHeld) {
     EXPECT_HR(S_FALSE, m_module.CanUnloadNow());
     factory->LockServer(FALSE);
     EXPECT_HR(S_OK, m_module.CanUnloadNow());
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([this] {
-            for (int round = 0; round < 50; ++round) {
-                CComRef<IMFTransform> transform;
-                ASSERT_HR(S_OK, m_module.CreateTransform(transform));
-                ASSERT_HR(S_FALSE, m_module.CanUnloadNow());
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    InThreads(4, [this](int) {
+        for (int round = 0; round < 50; ++round) {
+            CComRef<IMFTransform> transform;
+            ASSERT_HR(S_OK, m_module.CreateTransform(transform));
+            ASSERT_HR(S_FALSE, m_module.CanUnloadNow());
+        }
+    });
     EXPECT_HR(S_OK, m_module.CanUnloadNow());
 }
 

@@ -5,9 +5,6 @@
 #include "tests/support/PrivateRegistry.h"
 #include "tests/support/RegistryListing.h"
 
-#include <algorithm>
-#include <cctype>
-
 namespace {
 
 constexpr char kServerKey[] = "CLSID\\{E2B7ED97-38C5-11D5-91F6-00104BDB8FF9}\\InprocServer32";
@@ -45,19 +42,13 @@ std::string RegisteredPath(const GuardCase& row, ModuleCopies& copies, std::stri
     case Other::Missing:
         return copies.Folder() + "\\missing\\NMFVDeitrx.dll";
     case Other::SameInCapitals:
-        std::transform(own.begin(), own.end(), own.begin(),
-                       [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+        CharUpperA(own.data());
         return own;
     case Other::Text:
         return copies.AddText("other");
     default:
         return copies.Add("other", row.ms, row.ls);
     }
-}
-
-void WriteRegistered(const GuardCase& row, const std::string& path) {
-    RegSetKeyValueA(HKEY_CLASSES_ROOT, kServerKey, nullptr, row.type, path.c_str(),
-                    static_cast<DWORD>(path.size() + (row.terminated ? 1 : 0)));
 }
 
 TEST(RegistrationGuard, OnlyNewerAndForeignCopiesAreLeftAlone) {
@@ -71,7 +62,8 @@ TEST(RegistrationGuard, OnlyNewerAndForeignCopiesAreLeftAlone) {
         for (const bool registering : {true, false}) {
             const PrivateRegistry classes(HKEY_CLASSES_ROOT);
             if (row.other != Other::Nothing) {
-                WriteRegistered(row, other);
+                RegSetKeyValueA(HKEY_CLASSES_ROOT, kServerKey, nullptr, row.type, other.c_str(),
+                                static_cast<DWORD>(other.size() + (row.terminated ? 1 : 0)));
             }
             std::set<std::string> before, after;
             ListRegistry(HKEY_CLASSES_ROOT, "CLSID", before);

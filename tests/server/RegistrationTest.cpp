@@ -121,8 +121,8 @@ TEST_F(Registration, MissingRightsAreTold) {
     const std::string server = std::string(kClasses[0].key) + "\\InprocServer32";
     const std::string newer = m_copies.Add("newer", 0x00020000, 0);
     CRegKey key;
-    RegCreateKeyExA(HKEY_CLASSES_ROOT, server.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key.Put(), nullptr);
-    RegSetValueA(key.Get(), nullptr, REG_SZ, newer.c_str(), 0);
+    RegSetValueA(HKEY_CLASSES_ROOT, server.c_str(), REG_SZ, newer.c_str(), 0);
+    RegOpenKeyExA(HKEY_CLASSES_ROOT, server.c_str(), 0, KEY_ALL_ACCESS, key.Put());
     EXPECT_HR(S_OK, m_module.Register());
     Protect(key.Get(), "D:(A;;KR;;;WD)");
     EXPECT_HR(E_ACCESSDENIED, m_module.Register());

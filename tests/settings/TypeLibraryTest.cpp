@@ -14,64 +14,58 @@
 
 namespace {
 
-// Clients have compiled in slot, dispatch identifier, kind and parameters. One letter a parameter: b automation
-// boolean, l long, h hyper, d double, e enumeration; upper case for out-parameters. A property has one row, with its
-// value's letter; its put follows its get.
-struct MemberRow {
-    int slot;
+// The members in the order of their slots, as clients have compiled them in: dispatch identifier, name, and a letter
+// for the kind (g get, p get and then put, m method) before one for each parameter: b automation boolean, l long, h
+// hyper, d double, e enumeration; upper case for out-parameters. A property's is that of its value.
+constexpr struct {
     int id;
     const wchar_t* name;
-    char kind; // g get, p get and put, m method
-    const char* parameters;
-};
-
-constexpr MemberRow kMembers[] = {
-    {7, 1, L"Enabled", 'p', "B"},
-    {9, 2, L"Even", 'p', "B"},
-    {11, 3, L"Resize", 'p', "B"},
-    {13, 6, L"InWidth", 'g', "L"},
-    {14, 7, L"InHeight", 'g', "L"},
-    {15, 8, L"OutWidth", 'g', "L"},
-    {16, 9, L"OutHeight", 'g', "L"},
-    {17, 10, L"InBits", 'g', "L"},
-    {18, 11, L"OutBits", 'g', "L"},
-    {19, 13, L"StartWithEvenFrame", 'p', "B"},
-    {21, 14, L"EnableROI", 'p', "B"},
-    {23, 15, L"ROILeft", 'p', "L"},
-    {25, 16, L"ROITop", 'p', "L"},
-    {27, 17, L"ROIRight", 'p', "L"},
-    {29, 18, L"ROIBottom", 'p', "L"},
-    {31, 19, L"EnableGlobalPattern", 'p', "B"},
-    {33, 20, L"SetGlobalPattern", 'm', "lllb"},
-    {34, 21, L"GetGlobalPattern", 'm', "LLLB"},
-    {35, 22, L"AddSegment", 'm', "l"},
-    {36, 23, L"RemoveSegment", 'm', "l"},
-    {37, 24, L"SetSegmentData", 'm', "ll"},
-    {38, 25, L"GetSegmentData", 'm', "lL"},
-    {39, 26, L"SegmentsCount", 'g', "L"},
-    {40, 27, L"SegmentsTimeFormat", 'p', "E"},
-    {42, 28, L"GetSegmentStartTime", 'm', "lLLLL"},
-    {43, 29, L"SetSegmentStartTime", 'm', "lllll"},
-    {44, 30, L"GetSegmentStartFrame", 'm', "lH"},
-    {45, 31, L"SetSegmentStartFrame", 'm', "lh"},
-    {46, 32, L"GetSegmentOperationMode", 'm', "lE"},
-    {47, 33, L"SetSegmentOperationMode", 'm', "le"},
-    {48, 34, L"GetSegmentPattern", 'm', "lLLLB"},
-    {49, 35, L"SetSegmentPattern", 'm', "llllb"},
-    {50, 36, L"FrameRate", 'p', "D"},
-    {52, 37, L"EnableProtectedArea", 'p', "B"},
-    {54, 38, L"SetProtectedAreaParams", 'm', "llll"},
-    {55, 39, L"GetProtectedAreaParams", 'm', "LLLL"},
-    {56, 40, L"DeinterlaceSettingsImportState", 'p', "B"},
-    {58, 41, L"ROISettingsImportState", 'p', "B"},
-    {60, 42, L"AutoDeinterlace", 'p', "B"},
-    {62, 43, L"ResetToDefaults", 'm', ""},
-    {63, 44, L"MergeFields", 'p', "B"},
-    {65, 45, L"ResetToDefaultsEx", 'm', "l"},
-    {66, 46, L"AutoDeinterlaceSensitivity", 'p', "D"},
-    {68, 47, L"LoadAttributes", 'm', ""},
-    {69, 48, L"SaveAttributes", 'm', ""},
-};
+    const char* signature;
+} kMembers[] = {{1, L"Enabled", "pB"},
+                {2, L"Even", "pB"},
+                {3, L"Resize", "pB"},
+                {6, L"InWidth", "gL"},
+                {7, L"InHeight", "gL"},
+                {8, L"OutWidth", "gL"},
+                {9, L"OutHeight", "gL"},
+                {10, L"InBits", "gL"},
+                {11, L"OutBits", "gL"},
+                {13, L"StartWithEvenFrame", "pB"},
+                {14, L"EnableROI", "pB"},
+                {15, L"ROILeft", "pL"},
+                {16, L"ROITop", "pL"},
+                {17, L"ROIRight", "pL"},
+                {18, L"ROIBottom", "pL"},
+                {19, L"EnableGlobalPattern", "pB"},
+                {20, L"SetGlobalPattern", "mlllb"},
+                {21, L"GetGlobalPattern", "mLLLB"},
+                {22, L"AddSegment", "ml"},
+                {23, L"RemoveSegment", "ml"},
+                {24, L"SetSegmentData", "mll"},
+                {25, L"GetSegmentData", "mlL"},
+                {26, L"SegmentsCount", "gL"},
+                {27, L"SegmentsTimeFormat", "pE"},
+                {28, L"GetSegmentStartTime", "mlLLLL"},
+                {29, L"SetSegmentStartTime", "mlllll"},
+                {30, L"GetSegmentStartFrame", "mlH"},
+                {31, L"SetSegmentStartFrame", "mlh"},
+                {32, L"GetSegmentOperationMode", "mlE"},
+                {33, L"SetSegmentOperationMode", "mle"},
+                {34, L"GetSegmentPattern", "mlLLLB"},
+                {35, L"SetSegmentPattern", "mllllb"},
+                {36, L"FrameRate", "pD"},
+                {37, L"EnableProtectedArea", "pB"},
+                {38, L"SetProtectedAreaParams", "mllll"},
+                {39, L"GetProtectedAreaParams", "mLLLL"},
+                {40, L"DeinterlaceSettingsImportState", "pB"},
+                {41, L"ROISettingsImportState", "pB"},
+                {42, L"AutoDeinterlace", "pB"},
+                {43, L"ResetToDefaults", "m"},
+                {44, L"MergeFields", "pB"},
+                {45, L"ResetToDefaultsEx", "ml"},
+                {46, L"AutoDeinterlaceSensitivity", "pD"},
+                {47, L"LoadAttributes", "m"},
+                {48, L"SaveAttributes", "m"}};
 
 std::wstring Text(BSTR text) {
     std::wstring copy(text ? text : L"");
@@ -158,30 +152,34 @@ TEST_F(TypeLibrary, InterfaceIsDispatchableButNotDual) {
 }
 
 TEST_F(TypeLibrary, MembersStandInTheirSlots) {
-    const auto expect = [this](const MemberRow& row, int slot, INVOKEKIND kind, const std::string& parameters) {
-        SCOPED_TRACE(testing::Message() << "slot " << slot);
+    UINT index = 0;
+    const auto expect = [&](int id, INVOKEKIND kind, const std::string& parameters) {
+        SCOPED_TRACE(index);
         FUNCDESC* function = nullptr;
-        ASSERT_HR(S_OK, m_interface->GetFuncDesc(static_cast<UINT>(slot - kMembers[0].slot), &function));
-        EXPECT_EQ(slot * static_cast<int>(sizeof(void*)), function->oVft);
-        EXPECT_EQ(row.id, function->memid);
+        ASSERT_HR(S_OK, m_interface->GetFuncDesc(index, &function));
+        EXPECT_EQ((index + 7) * sizeof(void*), static_cast<std::size_t>(function->oVft)); // after those of IDispatch
+        EXPECT_EQ(id, function->memid);
         EXPECT_EQ(kind, function->invkind);
         EXPECT_EQ(parameters, ParametersOf(m_interface.Get(), *function));
         m_interface->ReleaseFuncDesc(function);
+        ++index;
     };
-    for (const MemberRow& row : kMembers) {
-        expect(row, row.slot, row.kind == 'm' ? INVOKE_FUNC : INVOKE_PROPERTYGET, row.parameters);
-        if (row.kind == 'p') {
-            expect(row, row.slot + 1, INVOKE_PROPERTYPUT, {static_cast<char>(std::tolower(row.parameters[0]))});
+    for (const auto& row : kMembers) {
+        const bool method = row.signature[0] == 'm';
+        expect(row.id, method ? INVOKE_FUNC : INVOKE_PROPERTYGET, row.signature + 1);
+        if (row.signature[0] == 'p') {
+            expect(row.id, INVOKE_PROPERTYPUT, {static_cast<char>(std::tolower(row.signature[1]))});
         }
         BSTR name = nullptr;
         m_interface->GetDocumentation(row.id, &name, nullptr, nullptr, nullptr);
         EXPECT_EQ(row.name, Text(name));
-        std::wstring help = (row.kind == 'm' ? L"method " : L"property ") + std::wstring(row.name);
+        std::wstring help = (method ? L"method " : L"property ") + std::wstring(row.name);
         help += row.id == 47   ? L", read Transform settings from registry"
                 : row.id == 48 ? L", write Transform settings to registry"
                                : L"";
         EXPECT_EQ(help, HelpOf(m_interface.Get(), row.id));
     }
+    EXPECT_EQ(63u, index);
 }
 
 TEST_F(TypeLibrary, EnumerationsAndClass) {

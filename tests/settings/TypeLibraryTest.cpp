@@ -14,58 +14,21 @@
 
 namespace {
 
-// The members in the order of their slots, as clients have compiled them in: dispatch identifier, name, and a letter
-// for the kind (g get, p get and then put, m method) before one for each parameter: b automation boolean, l long, h
-// hyper, d double, e enumeration; upper case for out-parameters. A property's is that of its value.
-constexpr struct {
-    int id;
-    const wchar_t* name;
-    const char* signature;
-} kMembers[] = {{1, L"Enabled", "pB"},
-                {2, L"Even", "pB"},
-                {3, L"Resize", "pB"},
-                {6, L"InWidth", "gL"},
-                {7, L"InHeight", "gL"},
-                {8, L"OutWidth", "gL"},
-                {9, L"OutHeight", "gL"},
-                {10, L"InBits", "gL"},
-                {11, L"OutBits", "gL"},
-                {13, L"StartWithEvenFrame", "pB"},
-                {14, L"EnableROI", "pB"},
-                {15, L"ROILeft", "pL"},
-                {16, L"ROITop", "pL"},
-                {17, L"ROIRight", "pL"},
-                {18, L"ROIBottom", "pL"},
-                {19, L"EnableGlobalPattern", "pB"},
-                {20, L"SetGlobalPattern", "mlllb"},
-                {21, L"GetGlobalPattern", "mLLLB"},
-                {22, L"AddSegment", "ml"},
-                {23, L"RemoveSegment", "ml"},
-                {24, L"SetSegmentData", "mll"},
-                {25, L"GetSegmentData", "mlL"},
-                {26, L"SegmentsCount", "gL"},
-                {27, L"SegmentsTimeFormat", "pE"},
-                {28, L"GetSegmentStartTime", "mlLLLL"},
-                {29, L"SetSegmentStartTime", "mlllll"},
-                {30, L"GetSegmentStartFrame", "mlH"},
-                {31, L"SetSegmentStartFrame", "mlh"},
-                {32, L"GetSegmentOperationMode", "mlE"},
-                {33, L"SetSegmentOperationMode", "mle"},
-                {34, L"GetSegmentPattern", "mlLLLB"},
-                {35, L"SetSegmentPattern", "mllllb"},
-                {36, L"FrameRate", "pD"},
-                {37, L"EnableProtectedArea", "pB"},
-                {38, L"SetProtectedAreaParams", "mllll"},
-                {39, L"GetProtectedAreaParams", "mLLLL"},
-                {40, L"DeinterlaceSettingsImportState", "pB"},
-                {41, L"ROISettingsImportState", "pB"},
-                {42, L"AutoDeinterlace", "pB"},
-                {43, L"ResetToDefaults", "m"},
-                {44, L"MergeFields", "pB"},
-                {45, L"ResetToDefaultsEx", "ml"},
-                {46, L"AutoDeinterlaceSensitivity", "pD"},
-                {47, L"LoadAttributes", "m"},
-                {48, L"SaveAttributes", "m"}};
+// The members in the order of their slots, as clients have compiled them in: dispatch identifier, name, a property's
+// value or a method's parameters, and = for a property's put, which follows its get. One letter each: b automation
+// boolean, l long, h hyper, d double, e enumeration; upper case for out-parameters.
+constexpr char kMembers[] =
+    "1 Enabled:B=, 2 Even:B=, 3 Resize:B=, 6 InWidth:L, 7 InHeight:L, 8 OutWidth:L, 9 OutHeight:L, 10 InBits:L, "
+    "11 OutBits:L, 13 StartWithEvenFrame:B=, 14 EnableROI:B=, 15 ROILeft:L=, 16 ROITop:L=, 17 ROIRight:L=, "
+    "18 ROIBottom:L=, 19 EnableGlobalPattern:B=, 20 SetGlobalPattern(lllb), 21 GetGlobalPattern(LLLB), "
+    "22 AddSegment(l), 23 RemoveSegment(l), 24 SetSegmentData(ll), 25 GetSegmentData(lL), 26 SegmentsCount:L, "
+    "27 SegmentsTimeFormat:E=, 28 GetSegmentStartTime(lLLLL), 29 SetSegmentStartTime(lllll), "
+    "30 GetSegmentStartFrame(lH), 31 SetSegmentStartFrame(lh), 32 GetSegmentOperationMode(lE), "
+    "33 SetSegmentOperationMode(le), 34 GetSegmentPattern(lLLLB), 35 SetSegmentPattern(llllb), 36 FrameRate:D=, "
+    "37 EnableProtectedArea:B=, 38 SetProtectedAreaParams(llll), 39 GetProtectedAreaParams(LLLL), "
+    "40 DeinterlaceSettingsImportState:B=, 41 ROISettingsImportState:B=, 42 AutoDeinterlace:B=, "
+    "43 ResetToDefaults(), 44 MergeFields:B=, 45 ResetToDefaultsEx(l), 46 AutoDeinterlaceSensitivity:D=, "
+    "47 LoadAttributes(), 48 SaveAttributes(), ";
 
 std::wstring Text(BSTR text) {
     std::wstring copy(text ? text : L"");
@@ -152,34 +115,36 @@ TEST_F(TypeLibrary, InterfaceIsDispatchableButNotDual) {
 }
 
 TEST_F(TypeLibrary, MembersStandInTheirSlots) {
-    UINT index = 0;
-    const auto expect = [&](int id, INVOKEKIND kind, const std::string& parameters) {
-        SCOPED_TRACE(index);
+    std::string members, value;
+    MEMBERID property = 0;
+    for (UINT index = 0; index < 63; ++index) {
         FUNCDESC* function = nullptr;
         ASSERT_HR(S_OK, m_interface->GetFuncDesc(index, &function));
         EXPECT_EQ((index + 7) * sizeof(void*), static_cast<std::size_t>(function->oVft)); // after those of IDispatch
-        EXPECT_EQ(id, function->memid);
-        EXPECT_EQ(kind, function->invkind);
-        EXPECT_EQ(parameters, ParametersOf(m_interface.Get(), *function));
+        const MEMBERID id = function->memid;
+        const INVOKEKIND kind = function->invkind;
+        const std::string parameters = ParametersOf(m_interface.Get(), *function);
         m_interface->ReleaseFuncDesc(function);
-        ++index;
-    };
-    for (const auto& row : kMembers) {
-        const bool method = row.signature[0] == 'm';
-        expect(row.id, method ? INVOKE_FUNC : INVOKE_PROPERTYGET, row.signature + 1);
-        if (row.signature[0] == 'p') {
-            expect(row.id, INVOKE_PROPERTYPUT, {static_cast<char>(std::tolower(row.signature[1]))});
+        if (kind == INVOKE_PROPERTYPUT) {
+            EXPECT_EQ(property, id);
+            EXPECT_EQ(std::tolower(value[0]), parameters[0]);
+            members.insert(members.size() - 2, "=");
+            continue;
         }
-        BSTR name = nullptr;
-        m_interface->GetDocumentation(row.id, &name, nullptr, nullptr, nullptr);
-        EXPECT_EQ(row.name, Text(name));
-        std::wstring help = (method ? L"method " : L"property ") + std::wstring(row.name);
-        help += row.id == 47   ? L", read Transform settings from registry"
-                : row.id == 48 ? L", write Transform settings to registry"
-                               : L"";
-        EXPECT_EQ(help, HelpOf(m_interface.Get(), row.id));
+        BSTR text = nullptr;
+        m_interface->GetDocumentation(id, &text, nullptr, nullptr, nullptr);
+        const std::wstring name = Text(text);
+        property = id;
+        value = parameters;
+        members += std::to_string(id) + " " + std::string(name.begin(), name.end());
+        members += (kind == INVOKE_FUNC ? "(" + parameters + ")" : ":" + parameters) + ", ";
+        EXPECT_EQ((kind == INVOKE_FUNC ? L"method " : L"property ") + name +
+                      (id == 47   ? L", read Transform settings from registry"
+                       : id == 48 ? L", write Transform settings to registry"
+                                  : L""),
+                  HelpOf(m_interface.Get(), id));
     }
-    EXPECT_EQ(63u, index);
+    EXPECT_EQ(kMembers, members);
 }
 
 TEST_F(TypeLibrary, EnumerationsAndClass) {

@@ -45,9 +45,7 @@ TEST_F(Negotiation, NullPointers) {
 TEST_F(Negotiation, FixedLayout) {
     DWORD n[4] = {};
     EXPECT_HR(S_OK, Mft()->GetStreamLimits(&n[0], &n[1], &n[2], &n[3]));
-    for (const DWORD value : n) {
-        EXPECT_EQ(1u, value);
-    }
+    EXPECT_TRUE(std::all_of(n, n + 4, [](DWORD value) { return value == 1; }));
     EXPECT_HR(S_OK, Mft()->GetStreamCount(&n[0], &n[1]));
     CComRef<IMFAttributes> attributes;
     EXPECT_HR(E_NOTIMPL, Mft()->GetStreamIDs(1, n, 1, n));

@@ -73,28 +73,6 @@ protected:
     void TearDown() override { DestroyWindow(m_host); }
 };
 
-TEST_F(Dialogs, SizeFontAndIds) {
-    for (const auto& row : kDialogs) {
-        const HWND dialog = MakeDialog(row.dialog, m_host);
-        ASSERT_NE(nullptr, dialog) << row.dialog;
-        RECT units = {0, 0, row.width, row.height}, client;
-        MapDialogRect(dialog, &units);
-        GetClientRect(dialog, &client);
-        EXPECT_TRUE(EqualRect(&units, &client)) << row.dialog;
-        LOGFONTA font = {};
-        GetObjectA(reinterpret_cast<HFONT>(SendMessageA(dialog, WM_GETFONT, 0, 0)), sizeof(font), &font);
-        EXPECT_STREQ("MS Sans Serif", font.lfFaceName);
-        EXPECT_EQ(-MulDiv(row.points, 96, 72), font.lfHeight);
-        EXPECT_FALSE(GetWindowLongPtrA(dialog, GWL_STYLE) & WS_VISIBLE);
-        for (HWND child : Children(dialog)) {
-            if (HasId(child)) {
-                EXPECT_EQ(child, GetDlgItem(dialog, GetDlgCtrlID(child))) << "twice: " << GetDlgCtrlID(child);
-            }
-        }
-        DestroyWindow(dialog);
-    }
-}
-
 TEST_F(Dialogs, SpinsTurnTheEditOnTheirLeft) {
     const HWND dialog = MakeDialog(IDD_ROI, m_host);
     constexpr int kPairs[][2] = {{1081, 2085}, {1082, 1077}, {1083, 1078}, {1084, 1079},
@@ -163,12 +141,21 @@ TEST_F(Dialogs, EverythingFitsAtEverySize) {
         for (const int percent : {100, 125, 150, 200}) {
             SCOPED_TRACE(testing::Message() << "dialog " << row.dialog << " at " << percent << " %");
             const HWND dialog = MakeDialog(row.dialog, m_host, percent);
-            RECT client;
+            RECT units = {0, 0, row.width, row.height}, client;
+            MapDialogRect(dialog, &units);
             GetClientRect(dialog, &client);
+            EXPECT_TRUE(EqualRect(&units, &client));
+            EXPECT_FALSE(GetWindowLongPtrA(dialog, GWL_STYLE) & WS_VISIBLE);
+            const auto font = reinterpret_cast<HFONT>(SendMessageA(dialog, WM_GETFONT, 0, 0));
+            LOGFONTA drawn = {};
+            GetObjectA(font, sizeof(drawn), &drawn);
+            EXPECT_STREQ("MS Sans Serif", drawn.lfFaceName);
+            EXPECT_EQ(-MulDiv(row.points * percent / 100, 96, 72), drawn.lfHeight);
             const HDC dc = GetDC(dialog);
-            SelectObject(dc, reinterpret_cast<HFONT>(SendMessageA(dialog, WM_GETFONT, 0, 0)));
+            SelectObject(dc, font);
             const std::vector<HWND> all = Children(dialog);
             for (std::size_t i = 0; i < all.size(); ++i) {
+                EXPECT_TRUE(!HasId(all[i]) || all[i] == GetDlgItem(dialog, GetDlgCtrlID(all[i]))) << "an id twice";
                 RECT place = Place(all[i]), inside;
                 IntersectRect(&inside, &place, &client);
                 EXPECT_TRUE(EqualRect(&inside, &place)) << GetDlgCtrlID(all[i]);

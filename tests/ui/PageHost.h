@@ -28,6 +28,13 @@ public:
     }
 
     Texts calls;
+    std::string Calls() const {
+        std::string all;
+        for (const std::string& call : calls) {
+            all += call + ", ";
+        }
+        return all;
+    }
     HRESULT saveResult = S_OK;
     void SetInputSize(LONG width, LONG height) { m_lWidth = width, m_lHeight = height; }
 

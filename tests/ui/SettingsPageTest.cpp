@@ -3,6 +3,8 @@
 #include "ui/pages/DeinterlaceProperties.h"
 #include "ui/resources/ResourceIds.h"
 
+#include "Product.h"
+
 namespace {
 
 class SettingsPage : public PageHost<CDeinterlaceProperties> {
@@ -54,29 +56,13 @@ TEST_F(SettingsPage, ApplyOrder) {
     Click(IDC_GLOBAL_PREAMBLE_IGNORE);
     EXPECT_TRUE(m_object.calls.empty());
     EXPECT_HR(S_OK, m_page->Apply());
-    const Texts expected = {"put_Enabled -1",
-                            "put_Even 0",
-                            "put_MergeFields -1",
-                            "put_StartWithEvenFrame 0",
-                            "put_AutoDeinterlace -1",
-                            "put_AutoDeinterlaceSensitivity 8",
-                            "put_EnableGlobalPattern 0",
-                            "SetGlobalPattern 0 1 1 0",
-                            "put_SegmentsTimeFormat 1",
-                            "RemoveSegment 0",
-                            "RemoveSegment 0",
-                            "RemoveSegment 0",
-                            "AddSegment 0",
-                            "SetSegmentOperationMode 0 2",
-                            "SetSegmentPattern 0 0 1 1 -1",
-                            "SetSegmentData 0 101",
-                            "SetSegmentStartTime 0 1 0 0 40",
-                            "AddSegment 1",
-                            "SetSegmentOperationMode 1 1",
-                            "SetSegmentPattern 1 0 1 1 0",
-                            "SetSegmentData 1 103",
-                            "SetSegmentStartTime 1 3 0 0 40"};
-    EXPECT_EQ(expected, m_object.calls);
+    EXPECT_EQ("put_Enabled -1, put_Even 0, put_MergeFields -1, put_StartWithEvenFrame 0, put_AutoDeinterlace -1, "
+              "put_AutoDeinterlaceSensitivity 8, put_EnableGlobalPattern 0, SetGlobalPattern 0 1 1 0, "
+              "put_SegmentsTimeFormat 1, RemoveSegment 0, RemoveSegment 0, RemoveSegment 0, "
+              "AddSegment 0, SetSegmentOperationMode 0 2, SetSegmentPattern 0 0 1 1 -1, SetSegmentData 0 101, "
+              "SetSegmentStartTime 0 1 0 0 40, AddSegment 1, SetSegmentOperationMode 1 1, "
+              "SetSegmentPattern 1 0 1 1 0, SetSegmentData 1 103, SetSegmentStartTime 1 3 0 0 40, ",
+              m_object.Calls());
     EXPECT_EQ("8.000", Text(IDC_SENSITIVITY));
     EXPECT_FALSE(Dirty());
 }
@@ -136,9 +122,7 @@ TEST_F(SettingsPage, StartPointsAreClamped) {
     constexpr struct {
         SEGMENT_TIME_FORMAT format;
         int control;
-        const char* typed;
-        const char* shown;
-        const char* line;
+        const char *typed, *shown, *line;
     } kCases[] = {
         {SEGMENT_TIME_FORMAT_TIME, IDC_START_HOURS, "1000", "999", " 999 : 0 : 0 . 40 ( N )"},
         {SEGMENT_TIME_FORMAT_TIME, IDC_START_MINUTES, "75", "59", " 999 : 59 : 0 . 40 ( N )"},
@@ -201,8 +185,8 @@ TEST_F(SettingsPage, WrongSensitivitiesAreRefused) {
         Type(IDC_SENSITIVITY, text);
         m_log.boxes.clear();
         EXPECT_HR(E_FAIL, m_page->Apply());
-        EXPECT_EQ(Texts{"Nerin MF Video Deinterlace Transform: The value you have entered is invalid. Please enter a "
-                        "value between 0.001 and 8.0"},
+        EXPECT_EQ(Texts{NMFV_DISPLAY_NAME ": The value you have entered is invalid. Please enter a value between 0.001 "
+                                          "and 8.0"},
                   m_log.boxes);
         EXPECT_TRUE(Dirty());
         EXPECT_EQ(Control(IDC_SENSITIVITY), GetFocus());
@@ -275,7 +259,7 @@ TEST_F(SettingsPage, DescribesControlsAndHelps) {
     ReleaseDC(Dialog(), dc);
     m_log.executeResult = 2; // no browser
     SendMessageA(Dialog(), WM_HELP, 0, 0);
-    EXPECT_EQ(Texts{"Nerin MF Video Deinterlace Transform: Can't find help file."}, m_log.boxes);
+    EXPECT_EQ(Texts{NMFV_DISPLAY_NAME ": Can't find help file."}, m_log.boxes);
 }
 
 TEST_F(SettingsPage, SelectionOutlivesDeactivation) {

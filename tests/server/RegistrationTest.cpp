@@ -4,13 +4,14 @@
 #include "server/TypeLibraryRegistration.h"
 #include "tests/support/ComChecks.h"
 #include "tests/support/DebuggerTexts.h"
-#include "tests/support/ErrorBox.h"
 #include "tests/support/Module.h"
 #include "tests/support/ModuleCopies.h"
 #include "tests/support/PrivateRegistry.h"
 #include "tests/support/RegistryListing.h"
 
 #include "Product.h"
+
+#include <thread>
 
 #include <sddl.h>
 
@@ -26,6 +27,41 @@ constexpr struct {
     {"CLSID\\{E2B7ED91-38C5-11D5-91F6-00104BDB8FF9}", NMFV_DISPLAY_NAME " Properties"},
     {"CLSID\\{E2B7ED92-38C5-11D5-91F6-00104BDB8FF9}", NMFV_DISPLAY_NAME " ROI Properties"},
     {"CLSID\\{E2B7ED95-38C5-11D5-91F6-00104BDB8FF9}", NMFV_DISPLAY_NAME " About"},
+};
+
+// Waits for the message box titled "Error", of whichever process, reads its text and closes it.
+class ErrorBox {
+public:
+    ~ErrorBox() { Text(); }
+
+    // What the box said; empty when none came within ten seconds.
+    std::string Text() {
+        if (m_watcher.joinable()) {
+            m_watcher.join();
+        }
+        return m_text;
+    }
+
+private:
+    void Watch() {
+        for (int i = 0; i < 200; ++i, Sleep(50)) {
+            const HWND box = FindWindowA("#32770", "Error");
+            if (!box || !IsWindowVisible(box)) {
+                continue;
+            }
+            // One static control holds the icon, the other the text.
+            for (HWND label = nullptr; (label = FindWindowExA(box, label, "Static", nullptr)) != nullptr;) {
+                char text[2048] = "";
+                SendMessageA(label, WM_GETTEXT, sizeof(text), reinterpret_cast<LPARAM>(text));
+                m_text += text;
+            }
+            PostMessageA(box, WM_COMMAND, IDOK, 0);
+            return;
+        }
+    }
+
+    std::string m_text;
+    std::thread m_watcher{[this] { Watch(); }};
 };
 
 class Registration : public testing::Test {

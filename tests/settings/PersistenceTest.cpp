@@ -56,23 +56,6 @@ TEST_F(Persistence, LastObjectGoneIsNextObjectsStart) {
     EXPECT_HR(S_OK, next.store->GetStringLength(MF_MT_SUBTYPE, &length)); // a foreign item travels along
 }
 
-TEST_F(Persistence, ResetStoreSavesAs23Items) {
-    TransformUnderTest object;
-    ASSERT_TRUE(object.Create());
-    EXPECT_HR(S_OK, object.control->ResetToDefaults());
-    EXPECT_HR(S_OK, object.control->SaveAttributes());
-    CComRef<IMFAttributes> saved;
-    ASSERT_HR(S_OK, MFCreateAttributes(saved.Put(), 0));
-    const std::vector<BYTE> blob = ReadSavedSettings();
-    ASSERT_HR(S_OK, MFInitAttributesFromBlob(saved.Get(), blob.data(), static_cast<UINT>(blob.size())));
-    EXPECT_EQ(23u, ItemsOf(saved.Get()));
-
-    TransformUnderTest other;
-    ASSERT_TRUE(other.Create());
-    EXPECT_EQ(VARIANT_FALSE, other.Get(&INMFVDeinterlace::get_MergeFields));
-    EXPECT_EQ(0, other.Get(&INMFVDeinterlace::get_AutoDeinterlace));
-}
-
 // An object has its defaults all the same. A later load leaves it alone where nothing of ours is saved, and says of a
 // corrupt blob what is wrong.
 TEST_F(Persistence, WhatIsNoBlobGivesLevel2) {

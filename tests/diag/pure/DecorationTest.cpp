@@ -46,12 +46,10 @@ TEST_F(Decoration, Prefixes) {
         const char* line;
     } kCases[] = {
         {0, "\nx", "\r\nx"},
-        {0, "\n\nx\n", "\r\n\r\nx\n"},
         {kAll, "x\ny", "x\ny"},
         {kAll, "", ""},
         {kAll, "\r\nx", "\r\nx"},
         {kTraceThread, "\n\nx", "\r\n\r\n0000beef: x"},
-        {kTraceTime, "\nx", "\r\n12:34:56.789: x"},
         {kTraceTime | kTraceThread, "\nx", "\r\n12:34:56.789: 0000beef: x"},
         {kTraceHandles, "\nx", "  42 x"},
         {kAll, "\n\nx", "  42 0000beef: x"},
@@ -88,13 +86,11 @@ TEST_F(Decoration, TimeOfDay) {
     } kCases[] = {
         {210, "12:34:56.999"},
         {211, "12:34:57.000"},
-        {4'000, "12:35:00.789"},
         {26 * 60'000, "13:00:56.789"},
         {12 * kHour, "00:34:56.789"},                           // tomorrow
         {35 * kHour + 25 * 60'000 + 3'210, "23:59:59.999"},     // its last millisecond
         {35 * kHour + 25 * 60'000 + 3'211, "24:00:00.000"},     // a day exactly
         {35 * kHour + 25 * 60'000 + 3'212, "+1d 00:00:00.001"}, // and more
-        {60 * kHour, "+2d 00:34:56.789"},
         {0x7FFFFFFF, "+24d 09:06:20.436"},
     };
     for (const auto& c : kCases) {
@@ -122,7 +118,6 @@ TEST(ElapsedTime, CountsAndTicks) {
     } kCases[] = {
         {{1000, 5, 0, 0}, 56, 999, 51},
         {{3, 0, 0, 0}, 2, 0, 666},
-        {{1000, 5, 7, 0}, 56, 0, 58},
         {{10'000'000, 0, 0, 0}, 509'999, 0, 50},
         {{3'000'000'000, 0, 0, 0}, 3'000'000'000 * 2'000'000, 0, 2'000'000'000}, // times 1000 needs 63 bits and more
         {{10, 0, 0, 0}, kMany, 0, 0x7FFFFFFF},

@@ -14,13 +14,10 @@ namespace {
 constexpr std::int64_t kMaxFrame = std::numeric_limits<std::int64_t>::max();
 
 TEST(PageText, ListEntries) {
-    constexpr SegmentTime kTime{1, 2, 3, 4};
-    constexpr FramePattern kPattern{true, 5, 6, 4294967295};
     constexpr struct {
         std::int64_t frame;
         std::int32_t operation;
-        const char* asTime;
-        const char* asFrame;
+        const char *asTime, *asFrame;
     } kCases[] = {
         {77, 2, " 1 : 2 : 3 . 4 ( P<5:6:-1>)", " 77 ( P<5:6:-1>)"},
         {-1, 1, " 1 : 2 : 3 . 4 ( D )", " -1  ( D )"},
@@ -29,10 +26,10 @@ TEST(PageText, ListEntries) {
     };
     for (const auto& c : kCases) {
         PageSegment segment;
-        segment.startTime = kTime;
+        segment.startTime = {1, 2, 3, 4};
         segment.startFrame = c.frame;
         segment.operation = c.operation;
-        segment.pattern = kPattern;
+        segment.pattern = {true, 5, 6, 4294967295};
         char text[kSegmentTextSize];
         FormatSegment(segment, true, text);
         EXPECT_STREQ(c.asTime, text);
@@ -143,9 +140,7 @@ TEST(PageText, Edges) {
     for (const auto& c : kCases) {
         std::int64_t corrected = 0;
         EXPECT_EQ(c.stands, CheckEdge(c.rectangle, c.edge, {640, 480}, c.typed, &corrected)) << &c - kCases;
-        if (!c.stands) {
-            EXPECT_EQ(c.corrected, corrected) << &c - kCases;
-        }
+        EXPECT_TRUE(c.stands || c.corrected == corrected) << &c - kCases << " gave " << corrected;
     }
 }
 

@@ -29,7 +29,7 @@ protected:
     virtual ~CRefCounted() = default;
 
 private:
-    // Far from 0, so that nothing that is called on the way out destroys the object again.
+    // Far from 0: a destructor that adds and releases a reference must not destroy the object twice.
     static constexpr LONG kBeingDestroyed = 0x40000000;
 
     volatile LONG m_references = 1;

@@ -81,7 +81,7 @@ HRESULT CComTypeInfoHolder::LoadTypeInfo(LCID locale, ITypeInfo** typeInfo) {
     return m_library->GetTypeInfoOfGuid(m_interfaceId, typeInfo);
 }
 
-// The cache only spares work: without memory for it, every name goes to the type information.
+// The cache only saves work; without memory for it, every name is looked up in the type information.
 void CComTypeInfoHolder::CacheMemberNames() {
     TYPEATTR* attributes = nullptr;
     if (FAILED(m_owner->GetTypeAttr(&attributes))) {

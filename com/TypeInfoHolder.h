@@ -1,5 +1,5 @@
 // The type information behind IDispatch: one per interface and process, loaded from the registered type library on
-// first need and kept until the module unloads. While the process ends, nothing of it is released.
+// first use and kept until the module unloads. At process exit nothing of it is released.
 #pragma once
 
 #include "com/ComRef.h"
@@ -23,7 +23,7 @@ public:
     ~CComTypeInfoHolder();
 
     // IDispatch's own contract: DISP_E_BADINDEX for an index other than 0, E_POINTER for a null out-pointer, else what
-    // LoadRegTypeLib says. A call that fails is tried anew by the next one.
+    // LoadRegTypeLib says. After a failure the next call tries again.
     HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo);
     HRESULT GetIDsOfNames(LPOLESTR* names, UINT count, LCID locale, DISPID* ids);
     HRESULT Invoke(IDispatch* target, DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,

@@ -18,7 +18,8 @@ inline constexpr std::uint32_t kTraceReserved = 0x10; // Kept: set as shipped, r
 inline constexpr std::uint32_t kTraceHandles = 0x20;  // new lines begin with the process's handle count
 inline constexpr std::uint32_t kTraceDebugger = 0x40; // lines go to the debugger output
 
-// The trace file. It changes at most once: to a file inside a folder of that name, where the file itself can't be made.
+// The trace file. It changes at most once: to a file inside a folder of that name, when the file itself cannot be
+// created.
 inline constexpr std::size_t kTracePathSize = 260;
 extern wchar_t TracePath[kTracePathSize];
 

@@ -28,7 +28,7 @@ CFileHandle Open(const wchar_t* path) {
                                    FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-// True when the file at `path` is to be tried inside a folder of that name from now on.
+// True when the file goes into a folder named `path` from now on.
 bool FallBackToFolder(const wchar_t* path, std::atomic<std::uint32_t>& folderFallback) {
     DWORD attributes = GetFileAttributesW(path);
     if (attributes == INVALID_FILE_ATTRIBUTES) {
@@ -38,7 +38,7 @@ bool FallBackToFolder(const wchar_t* path, std::atomic<std::uint32_t>& folderFal
     if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
         return false;
     }
-    // Two threads may get here at a time; the path grows once.
+    // Two threads may get here at the same time; the path is extended once.
     if (std::wcscmp(path, TracePath) == 0 && !MovePathInside(TracePath, kTracePathSize)) {
         return false;
     }
@@ -57,7 +57,7 @@ CFileHandle OpenWithPatience(std::atomic<std::uint32_t>& folderFallback) {
         std::wcsncpy(path, TracePath, kTracePathSize - 1);
         CFileHandle file = Open(path);
         const DWORD error = GetLastError();
-        // Kept: with the fallback made, a file in use is not waited for. Test: TraceLog.FolderInThePlaceOfTheFile.
+        // Kept: in the fallback folder a locked file is not waited for. Test: TraceLog.FolderInThePlaceOfTheFile.
         if (file || folderFallback == 0) {
             return file;
         }

@@ -4,9 +4,9 @@
 #include <atomic>
 #include <cstdint>
 
-// Adds bytes at the end of the file at TracePath, which is made when it isn't there; a new or empty one first gets the
-// UTF-8 byte-order mark. Failures drop the bytes.
+// Appends bytes to the file at TracePath, which is created when missing; a new or empty one first gets the UTF-8
+// byte-order mark. Failures drop the bytes.
 //
-// While `folderFallback` is 1, a file that another program has open is tried for a second, and a path that refuses a
-// file becomes a folder with the file inside: TracePath is rewritten and `folderFallback` cleared.
+// While `folderFallback` is 1, a file that another program has locked is retried for a second, and where no file can be
+// created, the path becomes a folder with the file inside: TracePath is rewritten and `folderFallback` cleared.
 void AppendToTraceFile(std::atomic<std::uint32_t>& folderFallback, const char* bytes, std::int32_t count);

@@ -43,7 +43,7 @@ bool IsInTraceSection(const wchar_t* path, const TraceWriter* writer) {
     }
     const TraceSectionView view = ViewOf(section);
     section.Reset();
-    return !view || view.Get()->writer == writer; // one that can't be seen may have it
+    return !view || view.Get()->writer == writer; // one that cannot be mapped may have it
 }
 
 TraceSectionView ViewOf(const CHandle& section) {

@@ -33,11 +33,11 @@ struct TraceSectionViewPolicy {
 };
 using TraceSectionView = CScoped<TraceSectionViewPolicy>;
 
-// The section while it can be seen in memory; empty without a section, or when it can't be seen.
+// The section mapped into memory; empty without a section, or when it cannot be mapped.
 TraceSectionView ViewOf(const CHandle& section);
 
-// Holds the section's lock from construction, which tries every 10 ms for at most `limit` milliseconds or, with
-// INFINITE, without end. After the limit the thread goes on without the lock.
+// Holds the section's lock from construction, which tries every 10 ms for at most `limit` milliseconds, or forever with
+// INFINITE. After the limit the thread goes on without the lock.
 class TraceSectionLock {
 public:
     TraceSectionLock(TraceSection& section, DWORD limit);

@@ -6,7 +6,7 @@
 // Starts at construction. Not thread-safe. Stands inside the writer that modules share, so its layout is fixed.
 class TraceStopwatch {
 public:
-    // A stopwatch with a name traces at its end how long it ran, when that was longer than the threshold in
+    // A stopwatch with a name traces its running time when it is destroyed, if that exceeds the threshold in
     // milliseconds. The name is the format of that line and holds one %s for the time; it is copied.
     explicit TraceStopwatch(const char* name = nullptr, std::int32_t threshold = -1);
     TraceStopwatch(const TraceStopwatch&) = delete;

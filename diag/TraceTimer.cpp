@@ -13,7 +13,7 @@ void CALLBACK OnTimer(void* writer, BOOLEAN) {
 }
 
 void DeleteQueue(HANDLE queue) {
-    // Doesn't wait for the queue's thread, which can't end while this one holds the loader's lock.
+    // Doesn't wait for the queue's thread, which cannot end while this one holds the loader's lock.
     (void)DeleteTimerQueueEx(queue, nullptr);
 }
 
@@ -34,8 +34,8 @@ void StartTraceTimer(TraceWriter& writer) {
         }
         return;
     }
-    // In the timer's own thread: one that had to be started for a callback would wait for the loader's lock, and an
-    // unloading module, which holds that lock, for the callback. The price is that other timers of that thread
+    // Callbacks run in the timer's own thread. A thread started for a callback would wait for the loader's lock, while
+    // an unloading module, which holds that lock, waits for the callback. The price is that other timers of that thread
     // wait for the file too.
     if (CreateTimerQueueTimer(&writer.timer, queue, &OnTimer, &writer, kPeriod, kPeriod, WT_EXECUTEINTIMERTHREAD)) {
         writer.timerOwner = &TraceFlags;
@@ -44,8 +44,8 @@ void StartTraceTimer(TraceWriter& writer) {
     }
 }
 
-// Kept: the queue's handle stays, so nobody starts another timer: what other modules trace from now on is written when
-// they let go. Test: TraceLog.SecondOutlivesTheTimersOwner.
+// Kept: the queue's handle is not cleared, so no module starts another timer; what others trace from now on is written
+// when they release the writer. Test: TraceLog.SecondOutlivesTheTimersOwner.
 void StopTraceTimer(TraceWriter& writer, bool lockIsLost) {
     if (!writer.timerQueue || writer.timerOwner != &TraceFlags) {
         return;
@@ -53,8 +53,8 @@ void StopTraceTimer(TraceWriter& writer, bool lockIsLost) {
     ++writer.busy; // a callback that begins from here on does nothing
     WaitWhileBusy(writer);
     const bool waitsForLostLock = lockIsLost && writer.busy > 1;
-    // Kept: at the end of the process the timer is not waited for: a callback that died with its thread would never
-    // end. Test: TraceLog.ProcessEndsInTheMiddleOfAFlush.
+    // Kept: at process exit the timer is not waited for: a callback whose thread was killed never ends. Test:
+    // TraceLog.ProcessEndsInTheMiddleOfAFlush.
     const bool wait = !waitsForLostLock && !ProcessIsEnding();
     (void)DeleteTimerQueueTimer(writer.timerQueue, writer.timer, wait ? INVALID_HANDLE_VALUE : nullptr);
     writer.timerOwner = nullptr;

@@ -20,7 +20,7 @@ static_assert(offsetof(TraceWriter, folderFallback) == 132);
 
 namespace {
 
-// A timer that comes sooner after a write than this leaves the text for the next time.
+// A timer that fires sooner after a write than this leaves the text for the next one.
 constexpr std::int32_t kShortestGap = 51;
 
 CHeapBuffer* CreateBuffer() {
@@ -43,7 +43,7 @@ void TraceWriter::Append(const char* line) {
     if (!pending) {
         return;
     }
-    (void)AppendWithLineEnds(*pending, line); // without memory the line is lost, as everything that fails here
+    (void)AppendWithLineEnds(*pending, line); // without memory the line is lost, like everything that fails here
     if (!timerQueue) {
         StartTraceTimer(*this);
     }
@@ -84,7 +84,7 @@ std::uint32_t TraceWriter::Release() {
     return left;
 }
 
-// At the end of a process the lock may have died with its thread.
+// At process exit the lock may belong to a thread that is gone.
 bool TraceWriter::TryLockForOneSecond() {
     for (int waited = 0; waited < 1000; waited += 100) {
         if (lock.try_lock()) {
@@ -95,8 +95,8 @@ bool TraceWriter::TryLockForOneSecond() {
     return lock.try_lock();
 }
 
-// The pending buffer goes with the module, for it may be this module's code that frees its memory; another module's
-// next line makes its own.
+// The pending buffer is freed before the module goes, since its memory may be freed by this module's code; the next
+// line of another module creates a new one.
 void TraceWriter::FinishUnderLock() {
     Flush(false);
     sinceWrite.Restart();
@@ -116,7 +116,7 @@ void TraceWriter::Destroy() {
         AppendToTraceFile(folderFallback, pending->Data(), pending->Length());
     }
     if (!lock.try_lock()) {
-        return; // whoever has it is still at work in here, or died in it
+        return; // its owner still works in here, or was killed
     }
     lock.unlock();
     DestroyPending();

@@ -12,7 +12,7 @@
 #include <windows.h>
 
 // Lives on the process heap and is used by every module that finds it, whichever created it: its layout is fixed, and
-// what it points to is freed by means of the process only.
+// what it points to belongs to the process, not to a module.
 struct TraceWriter {
     // On the process heap, with no reference; null when there is no memory.
     static TraceWriter* Create();
@@ -26,11 +26,11 @@ struct TraceWriter {
     // references left. Waits a second for a lock that another thread has, and then leaves the pending text alone.
     std::uint32_t Release();
 
-    // Writes what is pending and frees a writer without references, which no module may find any more. One whose lock
-    // another thread has isn't freed.
+    // Writes what is pending and frees a writer without references that no module can find any more; it is not freed
+    // while another thread holds its lock.
     void Destroy();
 
-    // Takes a line, to be written within half a second while the module that started the timer is loaded, and later by
+    // Queues a line. It is written within half a second while the module that started the timer is loaded, otherwise by
     // the next Release. Drops it when there is no memory.
     void Append(const char* line);
 

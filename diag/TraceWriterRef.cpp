@@ -69,9 +69,9 @@ void TraceWriterRef::Close() {
         view.Get()->writer = writer;
     }
     m_section.Reset();
-    // The section's name goes with its last handle. As long as there is one, a module may be waiting for the lock,
-    // about to take the writer whose address it finds: the writer then stays, for that module to free. Versions of this
-    // code that free it at once leave such a module with a dead address, which it can't tell from a good one.
+    // The section's name lives until its last handle is closed. Until then another module may be waiting for the lock
+    // and take the writer whose address it finds, so the writer stays and that module frees it. Versions of this code
+    // that free it at once leave such a module with a dangling address that it cannot recognise.
     if (last && !IsInTraceSection(m_path, writer)) {
         writer->Destroy();
     }

@@ -17,11 +17,11 @@ public:
     TraceWriterRef& operator=(const TraceWriterRef&) = delete;
     ~TraceWriterRef() { Close(); }
 
-    // The writer of TracePath, found or made by the first call that succeeds. Null when there is none to be had, and
-    // after Close. From any thread.
+    // The writer of TracePath, found or created by the first call that succeeds. Null when there is none, and after
+    // Close. Callable from any thread.
     TraceWriter* Acquire();
 
-    // Lets the writer go, for good. While the module is unloaded, so no other thread uses this object.
+    // Releases the writer for good. Called while the module is unloaded, when no other thread uses this object.
     void Close();
 
 private:

@@ -7,7 +7,7 @@
 #include <mfapi.h>
 
 CMFTDeinterlace::CMFTDeinterlace() {
-    (void)LoadAttributes(); // a transform whose settings can't be loaded works with its defaults
+    (void)LoadAttributes(); // a transform whose settings cannot be loaded works with its defaults
 }
 
 CMFTDeinterlace::~CMFTDeinterlace() {

@@ -14,7 +14,7 @@
 // thread: the type and streaming methods run whole under one lock, the control interface takes none.
 class CMFTDeinterlace final : MediaFoundationSamples::BaseObject, public CRefCounted<IMFTransform, CDeinterlaceFilter> {
 public:
-    // Settings that can't be loaded are no failure: the object then has its defaults.
+    // Settings that cannot be loaded are no failure: the object then has its defaults.
     CMFTDeinterlace();
 
     // IUnknown

@@ -42,7 +42,7 @@ STDMETHODIMP CMFTDeinterlace::ProcessMessage(MFT_MESSAGE_TYPE message, ULONG_PTR
     case MFT_MESSAGE_SET_D3D_MANAGER:
         return E_NOTIMPL;
     case MFT_MESSAGE_NOTIFY_START_OF_STREAM:
-        (void)StartStreaming(); // frames that can't be processed are refused one by one
+        (void)StartStreaming(); // frames that cannot be processed are refused one by one
         return S_OK;
     case MFT_MESSAGE_NOTIFY_END_OF_STREAM:
         EndStreaming();
@@ -149,7 +149,7 @@ HRESULT CMFTDeinterlace::DeinterlaceBuffers(IMFMediaBuffer* input, IMFMediaBuffe
     return tooShort ? MF_E_BUFFERTOOSMALL : S_OK;
 }
 
-// A buffer that can't tell its size counts as long enough; a frame that is not processed needs no bytes.
+// A buffer that cannot tell its size counts as long enough; a frame that is not processed needs no bytes.
 bool CMFTDeinterlace::IsTooShort(IMFMediaBuffer* buffer) const {
     DWORD length = 0;
     return Shape().IsProcessable() && SUCCEEDED(buffer->GetMaxLength(&length)) &&

@@ -12,6 +12,6 @@ struct TransformFormat {
     UINT64 SubtypeCode = 0;
 };
 
-// Fills both in from the type. The first failure ends the work: what was filled in up to there stays, the rest keeps
-// its earlier values (a type without a frame rate, for one, leaves the time per frame alone).
+// Fills both in from the type and stops at the first failure: what was filled in by then stays, the rest keeps its
+// earlier values (a type without a frame rate, for one, leaves the time per frame alone).
 HRESULT ReadStreamFormat(IMFMediaType* type, StreamFormat& stream, TransformFormat& transform);

@@ -14,5 +14,5 @@ struct ClassEntry {
     CreateInstanceFn create;
 };
 
-// In the order of searching and registering. A row more is a class more.
+// In the order of searching and registering. To add a class, add a row.
 std::span<const ClassEntry> ClassTable();

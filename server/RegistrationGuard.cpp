@@ -13,7 +13,7 @@ namespace {
 
 using Text = std::unique_ptr<char[]>;
 
-// A value that isn't text, or that doesn't fit into memory, counts as missing. What stands in it needn't end in a zero.
+// A value that isn't text, or that doesn't fit into memory, counts as missing. Its text need not be terminated.
 bool ReadDefaultText(HKEY key, Text& text) {
     DWORD type = 0;
     DWORD size = 0;
@@ -30,7 +30,7 @@ bool ReadDefaultText(HKEY key, Text& text) {
 
 // Null when nothing is registered, or nothing that exists.
 // Kept: the key is opened for all access though it is only read. Whoever may not write it gets past the guard and is
-// told so by the writer, in place of a success with nothing done. Test: Registration.MissingRightsAreTold.
+// told so by the writer, instead of getting a success with nothing done. Test: Registration.MissingRightsAreTold.
 Text ReadRegisteredFile(REFCLSID clsid) {
     char keyPath[MAX_PATH];
     CRegKey key;
@@ -43,7 +43,7 @@ Text ReadRegisteredFile(REFCLSID clsid) {
     return path;
 }
 
-// As the file system compares names: without case, and without a language's own ideas of equal letters.
+// As the file system compares names: ignoring case, and by no language's rules.
 bool IsSamePath(const char* one, const char* other) {
     wchar_t wideOne[MAX_PATH], wideOther[MAX_PATH];
     return MultiByteToWideChar(CP_ACP, 0, one, -1, wideOne, static_cast<int>(std::size(wideOne))) &&

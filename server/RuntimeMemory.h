@@ -1,4 +1,4 @@
-// What the C++ run-time takes for itself in every module that it is linked into.
+// What the C++ run-time allocates for itself in every module that it is linked into.
 #pragma once
 
 #include "base/ProcessEnd.h"
@@ -11,8 +11,8 @@ void __freeres(); // part of the library, but of no header of it
 }
 #endif
 
-// One static object per module gives it back when the module is unloaded. libstdc++ takes 73 kB for exceptions that are
-// thrown when there is no memory, and keeps them until told; other run-times take nothing.
+// One static object per module gives it back when the module is unloaded. libstdc++ reserves 73 kB for exceptions that
+// are thrown when there is no memory, and keeps them until told; other run-times reserve nothing.
 class CRuntimeMemory {
 public:
     CRuntimeMemory() = default;

@@ -22,7 +22,7 @@ void ShowError(const char* text) {
     MessageBoxA(nullptr, text, "Error", MB_OK | MB_ICONERROR);
 }
 
-// A path that the code page can't hold in `size` bytes becomes an empty text.
+// A path that the code page cannot hold in `size` bytes becomes an empty text.
 void Narrow(const wchar_t* path, UINT codePage, char* text, int size) {
     if (!WideCharToMultiByte(codePage, 0, path, -1, text, size, nullptr, nullptr)) {
         *text = '\0';

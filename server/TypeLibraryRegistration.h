@@ -3,6 +3,6 @@
 
 #include <windows.h>
 
-// Loads the type library of the file and registers it, without a help folder. A failure is traced, returned, and told
-// the user in a message box when `showErrors` is set; the call then lasts until the box is closed.
+// Loads the type library of the file and registers it, without a help folder. A failure is traced, returned, and shown
+// to the user in a message box when `showErrors` is set; the call then lasts until the box is closed.
 HRESULT N_RegisterTypeLibrary(const wchar_t* path, bool showErrors);

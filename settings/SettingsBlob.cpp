@@ -13,7 +13,7 @@ namespace {
 using Bytes = std::unique_ptr<BYTE[]>;
 
 // False when the value is missing, unreadable, of another type, or there is no memory for it. A value that another
-// process makes larger between the question for its size and the reading is asked for again.
+// process enlarges between the query for its size and the read is read again.
 bool ReadBinaryValue(HKEY key, const char* name, Bytes& bytes, DWORD& size) {
     DWORD type = 0;
     LSTATUS status = ERROR_MORE_DATA;
@@ -51,7 +51,7 @@ private:
     const HRESULT m_result;
 };
 
-// The size and the content are of one moment.
+// Size and content are from the same moment.
 HRESULT GetBlob(IMFAttributes* store, Bytes& bytes, UINT32& size) {
     const CStoreLock lock(store);
     if (FAILED(lock.Result())) {

@@ -10,6 +10,6 @@ inline constexpr char kSettingsValue[] = "Attributes";
 // leaves the store as it is and gives S_OK; only a value that the platform refuses to parse gives that failure.
 HRESULT LoadSettingsBlob(IMFAttributes* store, const char* path);
 
-// Writes the whole store to that value, as it is at one moment; the key is made when missing. Registry errors come as
-// HRESULTs of the Win32 facility, with nothing written.
+// Writes the whole store to that value, as it is at one moment; the key is created when missing. Registry errors are
+// returned as HRESULTs of the Win32 facility, with nothing written.
 HRESULT SaveSettingsBlob(IMFAttributes* store, const char* path);

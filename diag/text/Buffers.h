@@ -12,12 +12,13 @@ inline constexpr BufferResult kBufferNullPointer = static_cast<BufferResult>(0x8
 inline constexpr BufferResult kBufferOutOfMemory = static_cast<BufferResult>(0x8007000E); // E_OUTOFMEMORY
 
 // Not thread-safe. Modules hand buffers to each other, so the order of virtual functions and members is fixed.
-// Compilers differ, however, in how many slots a destructor takes: a buffer that another module may have made gets no
-// virtual call, and the functions that aren't virtual make none. Its memory is grown and freed by the functions it came
-// with.
+// Compilers differ, however, in how many slots a destructor takes: a buffer that another module may have made is never
+// called virtually, and the non-virtual functions make no virtual call. Its memory is grown and freed by the functions
+// it came with.
 class CBaseBuffer {
 public:
-    // As std::realloc and std::free: null in gives a new block, null out means no memory and the old block stands.
+    // As std::realloc and std::free: null in gives a new block, null out means no memory, and the old block stays
+    // valid.
     using ReallocateFunction = void* (*)(void* block, std::size_t bytes);
     using FreeFunction = void (*)(void* block);
 
@@ -26,7 +27,7 @@ public:
 
     virtual ~CBaseBuffer();
 
-    // Gives the memory back; the length is 0 then.
+    // Frees the memory; the length is then 0.
     virtual void ReleaseStorage();
 
     // Grows the capacity to at least `bytes`, in one step and no further; contents and length stay. False when there is

@@ -14,7 +14,7 @@ std::int64_t Milliseconds(const StopwatchStart& start, std::int64_t counterNow, 
         return static_cast<std::int64_t>(tickNow - start.startTick) + start.accumulated;
     }
     const std::int64_t counts = counterNow - start.start + start.accumulated;
-    // In two steps: counts times 1000 leaves 64 bits within weeks where a processor's cycles are counted.
+    // In two steps: where the counter counts processor cycles, counts times 1000 overflow 64 bits within weeks.
     const std::int64_t seconds = std::min(counts / start.frequency, kMost);
     return seconds * 1000 + counts % start.frequency * 1000 / start.frequency;
 }

@@ -12,7 +12,7 @@ struct StopwatchStart {
     std::uint32_t startTick = 0;  // the tick count at the start, in milliseconds
 };
 
-// Milliseconds since the start, 0x7FFFFFFF at most. Without frequency or start count the tick count decides.
+// Milliseconds since the start, 0x7FFFFFFF at most. Without frequency or start count the tick count is used.
 std::int32_t ElapsedMilliseconds(const StopwatchStart& start, std::int64_t counterNow, std::uint32_t tickNow);
 
 // "1.234s" from one second on, else "056ms".

@@ -36,7 +36,7 @@ constexpr std::uint32_t kRasterLast = 0x8005FFFF;
 char g_winsockText[100];
 char g_numberText[100];
 
-// Halving between two rows that are known not to hold the code: the ends themselves are never looked at.
+// Binary search between two rows that are known not to match: the end rows themselves are never compared.
 const char* Search(const CodeRow* rows, std::size_t count, std::uint32_t code) {
     std::size_t low = 0;
     std::size_t high = count - 1;
@@ -52,7 +52,7 @@ const char* Search(const CodeRow* rows, std::size_t count, std::uint32_t code) {
     }
 }
 
-// Null when there is no such row, or none that halving comes across.
+// Null when there is no such row, or none that the search reaches.
 template <std::size_t Count>
 const char* Find(const CodeRow (&rows)[Count], std::uint32_t code) {
     for (const CodeRow* end : {&rows[0], &rows[Count - 1]}) {

@@ -1,4 +1,4 @@
-// What a build is made to trace, and where to.
+// What a build traces, and where to.
 #include "diag/Trace.h"
 
 #ifndef NMFV_TRACE_FLAGS

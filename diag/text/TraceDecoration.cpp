@@ -81,7 +81,7 @@ std::uint32_t AddElapsed(const TraceTime& base, std::int32_t elapsed) {
     return Total(time);
 }
 
-// No thread waits for the one that reads the base: until that is known, the local time itself does.
+// No thread waits for the one that reads the base time: until it is known, the local time itself is shown.
 std::uint32_t TraceDecorator::TimeOfDay() {
     if (m_baseState.load(std::memory_order_acquire) == Base::Known) {
         return AddElapsed(m_base, m_sources.elapsedMilliseconds());

@@ -12,12 +12,12 @@ struct TraceTime {
     std::int32_t millisecond = 0;
 };
 
-// Where a decorator asks; each is called only for lines that need it, on the tracing thread.
+// What a decorator reads; each is called only for lines that need it, on the tracing thread.
 struct TraceSources {
     TraceTime (*localTime)();
     void (*restartStopwatch)();
     std::int32_t (*elapsedMilliseconds)(); // since restartStopwatch
-    std::int32_t (*handleCount)();         // of the process; -1 when it can't be read
+    std::int32_t (*handleCount)();         // of the process; -1 when it cannot be read
     std::uint32_t (*threadId)();
 };
 

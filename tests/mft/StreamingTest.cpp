@@ -238,7 +238,7 @@ TEST_F(Streaming, ShortBuffersAreRefused) {
         EXPECT_EQ(1, output.buffer.hook.calls["Unlock"]);
         EXPECT_FALSE(IsHolding());
     }
-    HookedFrame silent(m_picture), output(m_picture); // a buffer that can't tell its size is trusted
+    HookedFrame silent(m_picture), output(m_picture); // a buffer that cannot tell its size is trusted
     silent.buffer.hook.Fail("GetMaxLength", E_NOTIMPL);
     EXPECT_HR(S_OK, Pass(silent, output));
 }

@@ -6,7 +6,7 @@
 #include <span>
 
 // Blocks at a fixed distance from each other; what lies between them, before the first and behind the last (two
-// distances far) can't be accessed.
+// distances far) cannot be accessed.
 class GuardedBlocks {
 public:
     // `bytesEach` is rounded up to whole pages. Ends the program when the system gives no memory.

@@ -97,8 +97,8 @@ TEST_F(RoiPage, FailuresAreTraced) {
     EXPECT_EQ(nullptr, CallHtmlHelp(nullptr, "f", 0, 0));
     TraceFlags = flags;
     for (const char* const text :
-         {"::Activate failed 0x8000ffff, dialog 106", "::ConnectObject failed 0x80004002", "dialog 106 can't be made",
-          "settings not saved 0x80070005", "the shell refused", "(-3)", "can't be loaded"}) {
+         {"::Activate failed 0x8000ffff, dialog 106", "::ConnectObject failed 0x80004002", "dialog 106 cannot be made",
+          "settings not saved 0x80070005", "the shell refused", "(-3)", "cannot be loaded"}) {
         EXPECT_NE(std::string::npos, traced.All().find(text)) << text << " is not in:" << traced.All();
     }
 }

@@ -30,7 +30,7 @@ void TakeUserData(HWND sheet, HelpHookRecord* record) {
     }
 }
 
-// Gives the host's own user data back, unless the host has written it anew already. True when it was given back.
+// Gives the host's own user data back, unless the host has already overwritten it. True when it was given back.
 bool ReturnUserData(HWND sheet, const HelpHookRecord* record) {
     const bool taken = StandsInUserData(sheet, record);
     if (taken) {
@@ -39,8 +39,8 @@ bool ReturnUserData(HWND sheet, const HelpHookRecord* record) {
     return taken;
 }
 
-// While it lives the sheet's user data is the host's own: its procedure runs. What that leaves there is kept for the
-// next time. A value that the host wrote over the record stands, also for those who ask outside of the procedure.
+// While this lives, the sheet's user data is the host's own, because the host's procedure runs. What it leaves there is
+// kept for the next time. A value that the host wrote over the record stays, also for readers outside the procedure.
 class CHostUserData {
 public:
     CHostUserData(HWND sheet, HelpHookRecord* record)
@@ -111,12 +111,12 @@ LRESULT CALLBACK HookProcedure(HWND sheet, UINT message, WPARAM wParam, LPARAM l
     return CallPrevious(previous, sheet, message, wParam, lParam);
 }
 
-// Also when somebody took the record away: set before itself, our procedure would call itself without end.
+// Also when the record was taken away: in front of itself, our procedure would call itself forever.
 bool IsHooked(HWND sheet, const HelpHookRecord* record) {
     return record ? record->page != nullptr : ProcedureOf(sheet) == &HookProcedure;
 }
 
-// For good: nobody tells when the last one who may call our procedure is gone.
+// For good: nothing tells when nobody can call our procedure any more.
 void KeepModuleLoaded() {
     HMODULE module = nullptr;
     GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,

@@ -8,7 +8,7 @@
 struct HelpHookRecord {
     UINT32 tag;
     char topicName[260];
-    HWND page; // null when the hook was removed but can't leave the chain: messages only pass through
+    HWND page; // null when the hook was removed but cannot leave the chain: messages only pass through
     WNDPROC previousProcedure;
     LONG_PTR previousUserData; // as the host's procedure last left it
     UINT32 topicNumber;
@@ -17,7 +17,7 @@ struct HelpHookRecord {
 inline constexpr UINT32 kHelpHookTag = 0x4E484B31; // "NHK1"
 
 // Hooks the page's parent, once: S_OK also when it is hooked already. E_INVALIDARG for a window without a parent,
-// E_OUTOFMEMORY. A name that is longer than a topic's may be is cut.
+// E_OUTOFMEMORY. A name longer than a topic's limit is cut.
 HRESULT InstallHelpHook(HWND page, const char* topicName, UINT32 topicNumber);
 
 // Gives the page's parent its own procedure and user data back. Nothing happens to a sheet that isn't hooked. Where

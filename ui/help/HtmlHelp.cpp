@@ -9,7 +9,7 @@ constexpr char kServerKey[] = "CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\In
 constexpr char kServerFile[] = "hhctrl.ocx";
 constexpr WORD kEntryOrdinal = 14;
 
-// Where the control is registered; the buffer is terminated. False when it is not, or somewhere too far down.
+// Where the control is registered; the buffer is terminated. False when it is not, or when its path is too long.
 template <DWORD Size>
 bool ReadRegisteredPath(char (&path)[Size]) {
     DWORD size = Size;
@@ -35,7 +35,7 @@ void Bind(HtmlHelpBinding& binding) {
     }
     binding.failed = !binding.entry;
     if (binding.failed) {
-        Trace("\nCallHtmlHelp: %s", binding.library ? "the control has no entry 14" : "the control can't be loaded");
+        Trace("\nCallHtmlHelp: %s", binding.library ? "the control has no entry 14" : "the control cannot be loaded");
     }
 }
 

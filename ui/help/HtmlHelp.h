@@ -17,5 +17,5 @@ struct HtmlHelpBinding {
 
 extern HtmlHelpBinding g_HtmlHelp;
 
-// Calls the control; a null window when it can't be loaded or refuses.
+// Calls the control; a null window when it cannot be loaded or refuses.
 HWND CallHtmlHelp(HWND window, const char* file, UINT command, DWORD_PTR data);

@@ -1,4 +1,4 @@
-// The calls of the pages that open windows and libraries of others, in one place so that tests can stand in for them.
+// The pages' calls that open windows and libraries of other programs, in one place so that tests can replace them.
 #pragma once
 
 #include <windows.h>

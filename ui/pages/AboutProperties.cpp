@@ -65,7 +65,7 @@ HRESULT CAboutProperties::FillNotice() {
     return S_OK;
 }
 
-// The class's cursor would come back over the hand with every move of the mouse.
+// Otherwise the class's cursor would replace the hand at every move of the mouse.
 void CAboutProperties::EnterLink(HWND link) {
     if (!m_bHovering) {
         m_hPreviousCursor = reinterpret_cast<HCURSOR>(SetClassLongPtrA(link, GCLP_HCURSOR, 0));
@@ -84,8 +84,8 @@ void CAboutProperties::LeaveLink() {
     m_bHovering = false;
 }
 
-// Opens the link when the button goes down and up on it. The dialog has the mouse in between and so sees it go up
-// anywhere.
+// Opens the link when the button goes down and up on it. The dialog captures the mouse in between, so it sees the
+// button go up anywhere.
 void CAboutProperties::FollowMouse(HWND link, bool onLink, UINT mouseMessage) {
     onLink ? EnterLink(link) : LeaveLink();
     if (mouseMessage == WM_LBUTTONDOWN) {
@@ -119,7 +119,7 @@ bool IsOn(HWND dialog, HWND control, LPARAM position) {
     return control && ChildWindowFromPoint(dialog, point) == control;
 }
 
-// A sheet gives all its pages the size of the largest: what the dialog shows stays in the middle, by whole pixels.
+// A sheet gives all its pages the size of the largest, so the dialog's contents are kept centred, by whole pixels.
 void CentreControls(HWND dialog) {
     RECT all{}, client{};
     for (HWND control = GetWindow(dialog, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {

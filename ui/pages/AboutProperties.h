@@ -12,7 +12,7 @@ public:
 
     // Any object will do.
     HRESULT ConnectObject(IUnknown* object) override;
-    // E_FAIL when the notice can't be read.
+    // E_FAIL when the notice cannot be read.
     HRESULT ActivatePage() override;
     HRESULT DeactivatePage() override;
     INT_PTR PageMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr SIZE kFallbackSize = {340, 150}; // pixels, for a dialog that can't be made
+constexpr SIZE kFallbackSize = {340, 150}; // pixels, for a dialog that cannot be made
 
-// The spin buttons' class is not there before this; a host without such controls has not asked for it.
+// Registers the spin buttons' class, which a host without such controls has not done.
 void RegisterControls() {
     const INITCOMMONCONTROLSEX wanted = {sizeof(wanted), ICC_UPDOWN_CLASS};
     InitCommonControlsEx(&wanted);
@@ -84,7 +84,7 @@ STDMETHODIMP CBasePropertyPage::Activate(HWND parent, LPCRECT rect, BOOL) {
     }
     m_hDialog = MakeDialog(m_lDialogId, parent, &DialogProcedure, this);
     if (!m_hDialog) {
-        Trace("\nCBasePropertyPage::Activate: dialog %u can't be made, error %lu", m_lDialogId, GetLastError());
+        Trace("\nCBasePropertyPage::Activate: dialog %u cannot be made, error %lu", m_lDialogId, GetLastError());
         return E_OUTOFMEMORY;
     }
     (void)Traced("ActivatePage", ActivatePage());
@@ -113,7 +113,7 @@ void CBasePropertyPage::LeaveDialog() {
     m_hDialog = nullptr;
 }
 
-// A dialog may also go without Deactivate, with its sheet for one.
+// A dialog may also be destroyed without Deactivate, for example with its sheet.
 void CBasePropertyPage::FollowEnd(HWND dialog, UINT message) {
     if (m_hDialog == dialog) {
         LeaveDialog();
@@ -139,7 +139,7 @@ STDMETHODIMP CBasePropertyPage::GetPageInfo(PROPPAGEINFO* info) {
     return S_OK;
 }
 
-// Leaves the size alone when the dialog can't be made.
+// Leaves the size alone when the dialog cannot be made.
 void CBasePropertyPage::MeasureDialog(SIZE* size) const {
     const HWND dialog = MakeDialog(m_lDialogId, GetDesktopWindow(), &DialogProcedure, nullptr);
     if (!dialog) {

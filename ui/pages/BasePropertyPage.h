@@ -34,8 +34,8 @@ public:
     virtual HRESULT ConnectObject(IUnknown* object);
     virtual HRESULT DisconnectObject();
 
-    // The dialog was made and is still hidden: fill the controls. / It is about to be destroyed, by Deactivate or by
-    // other hands; the controls are still there. Results are ignored.
+    // The dialog was made and is still hidden: fill the controls. / It is about to be destroyed, by Deactivate or
+    // otherwise; the controls are still there. Results are ignored.
     virtual HRESULT ActivatePage();
     virtual HRESULT DeactivatePage();
 
@@ -63,7 +63,7 @@ protected:
 private:
     static INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void MeasureDialog(SIZE* size) const;
-    // Gives back `hr` and traces a failure: the hosts that get it seldom say so.
+    // Gives back `hr` and traces a failure: hosts seldom report it.
     HRESULT Traced(const char* call, HRESULT hr) const;
     void LeaveDialog();
     void FollowEnd(HWND dialog, UINT message);

@@ -35,7 +35,7 @@ STDMETHODIMP CDeinterlaceProperties::Show(UINT command) {
     if (!m_hDialog) {
         return S_OK;
     }
-    (void)CBasePropertyPage::Show(command); // refuses what the dialog can't do
+    (void)CBasePropertyPage::Show(command); // refuses what the dialog cannot do
     if (command != SW_HIDE && command != SW_MINIMIZE) {
         (void)ActivatePage();
     }

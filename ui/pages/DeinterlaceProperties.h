@@ -5,14 +5,14 @@
 #include "ui/pages/TransformPage.h"
 #include "ui/rules/PageSettings.h"
 
-// Writes the whole of its copy when the sheet applies. A sensitivity that is none is refused with a message box, and
-// applying gives E_FAIL; settings whose segments find no room give E_OUTOFMEMORY.
+// Writes the whole of its copy when the sheet applies. An invalid sensitivity is refused with a message box, and
+// applying gives E_FAIL; without memory for the segments, E_OUTOFMEMORY.
 class CDeinterlaceProperties : public CTransformPage {
 public:
     CDeinterlaceProperties();
 
-    // Kept: S_OK whatever the command, and all but SW_HIDE and SW_MINIMIZE fill the controls again, those that show
-    // nothing included. Test: ShowFillsAgain.
+    // Kept: S_OK whatever the command, and all but SW_HIDE and SW_MINIMIZE fill the controls again, even those that
+    // show nothing. Test: ShowFillsAgain.
     STDMETHODIMP Show(UINT command) override;
 
 private:

@@ -66,7 +66,7 @@ HRESULT CDeinterlaceROIProperties::Read(bool import) {
     return S_OK;
 }
 
-// What the object doesn't tell stays as it was.
+// What the object does not report stays as it was.
 void CDeinterlaceROIProperties::ReadRegion() {
     ReadFlag(m_control.Get(), &INMFVDeinterlace::get_EnableROI, &m_region.enabled);
     PageRectangle& region = m_region.rectangle;
@@ -140,12 +140,12 @@ CTransformPage::Outcome CDeinterlaceROIProperties::OnBox(Area* area) {
     return Outcome::kChanged;
 }
 
-// Kept: a number that can stand is taken over and the page stays clean; it goes out with the next apply that something
-// else brings about. Only a corrected number marks the page dirty. Test: EditsAreChecked.
+// Kept: a valid number is taken over but leaves the page clean; it is written by the next apply that something else
+// causes. Only a corrected number marks the page dirty. Test: EditsAreChecked.
 CTransformPage::Outcome CDeinterlaceROIProperties::OnEdge(const EdgeRow& row) {
     const InputSize size = ReadInputSize(m_control.Get());
     PageRectangle& rectangle = (this->*row.area).rectangle;
-    // Kept: compared as a signed number, so that one from 2147483648 on is too small. Test: EditsAreChecked.
+    // Kept: compared as a signed number, so that numbers from 2147483648 on count as too small. Test: EditsAreChecked.
     const auto typed = static_cast<std::int32_t>(ReadUnsigned(m_hDialog, row.edit));
     std::int64_t corrected = 0;
     if (CheckEdge(rectangle, row.edge, EditLimits(size.width, size.height), typed, &corrected)) {

@@ -8,13 +8,13 @@
 #include <windows.h>
 
 // The number at the start of a control's text, up to the first character that isn't part of it. 0 for a text without
-// one, the nearest number there is for one that is too long; an unsigned number is 0 for a negative one.
+// one, the nearest representable number for one that is too long; an unsigned number is 0 for a negative one.
 std::uint32_t ReadUnsigned(HWND dialog, int control);
 std::int64_t ReadFrame(HWND dialog, int control);
 
 void ShowUnsigned(HWND dialog, int control, std::uint32_t number);
 
-// With the caret behind it and nothing selected: for an edit whose text is replaced while someone types.
+// Puts the caret behind it, with nothing selected: for an edit whose text is replaced while someone types.
 void ReplaceNumber(HWND dialog, int control, std::int64_t number);
 
 bool IsChecked(HWND dialog, int control);

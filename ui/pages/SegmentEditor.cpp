@@ -87,7 +87,7 @@ void CSegmentEditor::FillTimeFormat() {
     }
 }
 
-// Lines beyond the empty last one, and no line (-1), stay what they are: the last one, and none.
+// Lines beyond the empty last one count as that one; no line (-1) stays none.
 void CSegmentEditor::Select(int index) {
     m_selected = std::min(index, m_list.Count());
     m_list.Select(m_selected);

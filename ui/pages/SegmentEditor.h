@@ -23,8 +23,8 @@ public:
     // Null when no segment is selected.
     PageSegment* Selected() const { return m_settings->segments.Find(m_selected); }
 
-    // A click or a change by hand; `changed` tells whether the settings are others now. False when the notification
-    // isn't one of the editor's.
+    // A click or a change by hand; `changed` tells whether the settings have changed. False when the notification isn't
+    // one of the editor's.
     bool OnCommand(int control, int code, bool* changed);
 
 private:

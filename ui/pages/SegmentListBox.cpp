@@ -7,7 +7,7 @@
 
 namespace {
 
-// In pixels, with some air at its end.
+// In pixels, with some space at the end.
 int WidthOfLine(HWND listBox, const char* text) {
     const HDC dc = GetDC(listBox);
     const auto font = reinterpret_cast<HFONT>(SendMessageA(listBox, WM_GETFONT, 0, 0));

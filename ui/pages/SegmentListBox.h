@@ -12,7 +12,7 @@ public:
     // No lines at all.
     void Empty();
 
-    // All lines anew.
+    // Writes all lines again.
     void Fill(const PageSegmentList& segments, bool asTime);
 
     // A line for a segment that was added, removed or changed.

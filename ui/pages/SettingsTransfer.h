@@ -5,9 +5,9 @@
 
 #include "NMFVDeinterlace.h"
 
-// Reads everything; what the object doesn't tell stays as it was. Of each segment's two start points the one that the
-// object's time format names counts, and the other is converted from it, so that both forms of an entry agree.
-// E_OUTOFMEMORY when a segment finds no room: the segments are then as they were.
+// Reads everything; what the object does not report stays as it was. Of each segment's two start points the one that
+// the object's time format names counts, and the other is converted from it, so that both forms of an entry agree.
+// E_OUTOFMEMORY without memory for a segment: the segments are then as they were.
 HRESULT ReadSettings(INMFVDeinterlace* control, PageSettings* settings);
 
 // Writes everything and replaces the object's segments. What the object refuses is skipped.

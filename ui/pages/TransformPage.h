@@ -34,7 +34,7 @@ protected:
 
     CTransformPage(UINT titleId, UINT dialogId, const ImportState& importState);
 
-    // From the object to the copy, of which an import may concern a part only.
+    // From the object to the copy; an import may cover only a part of it.
     virtual HRESULT Read(bool import) = 0;
     // From the copy to the controls.
     virtual void Fill() = 0;

@@ -27,6 +27,6 @@ EdgeLimits EditLimits(std::int32_t inputWidth, std::int32_t inputHeight);
 
 std::int32_t& EdgeOf(PageRectangle& rectangle, Edge edge);
 
-// True when `value` can stand as `edge` of `rectangle`; else `corrected` is what stands in its place.
+// True when `value` is valid as `edge` of `rectangle`; else `corrected` is what replaces it.
 bool CheckEdge(const PageRectangle& rectangle, Edge edge, const EdgeLimits& limits, std::int32_t value,
                std::int64_t* corrected);

@@ -1,6 +1,8 @@
 // The flags: booleans that are stored as 1 or 0, and the two import states.
 #include "settings/DeinterlaceControl.h"
 
+#include "com/AutomationBool.h"
+
 #include "NMFVDeinterlaceKeys.h"
 
 #define NMFV_FLAG(Name, Key, Form)                                                                                     \
@@ -34,7 +36,7 @@ HRESULT GetImportState(VARIANT_BOOL state, VARIANT_BOOL* value) {
 }
 
 HRESULT PutImportState(VARIANT_BOOL value, VARIANT_BOOL& state) {
-    state = value ? VARIANT_TRUE : VARIANT_FALSE;
+    state = AutomationBool(value != 0);
     return S_OK;
 }
 

@@ -1,15 +1,13 @@
 // The global pattern and the segment list.
 #include "settings/DeinterlaceControl.h"
 
+#include "com/AutomationBool.h"
+
 #include "NMFVDeinterlaceKeys.h"
 
 namespace {
 
-VARIANT_BOOL AutomationFlag(VARIANT_BOOL value) {
-    return value ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
-// For getters of several values, which ask only for one pointer of them all.
+// For getters of several values, which need only one of their pointers.
 template <typename Value, typename Out>
 void StoreIfWanted(Value value, Out* out) {
     if (out) {
@@ -201,6 +199,6 @@ STDMETHODIMP CDeinterlaceControl::SetSegmentPattern(LONG Index, LONG PreambleFra
     segment->preambleFrames = static_cast<UINT32>(PreambleFrames);
     segment->ignoreFrames = static_cast<UINT32>(IgnoreFrames);
     segment->deinterlaceFrames = static_cast<UINT32>(DeinterlaceFrames);
-    segment->deintPreamble = AutomationFlag(DeintPreamble);
+    segment->deintPreamble = AutomationBool(DeintPreamble != 0);
     return S_OK;
 }

@@ -1,6 +1,7 @@
 // What the members share, and those that belong to no group.
 #include "settings/DeinterlaceControl.h"
 
+#include "com/AutomationBool.h"
 #include "diag/Trace.h"
 #include "settings/SettingsStore.h"
 
@@ -18,7 +19,7 @@ HRESULT CDeinterlaceControl::GetFlag(REFGUID key, FlagForm form, VARIANT_BOOL* v
         return E_POINTER;
     }
     const UINT32 stored = Read(key);
-    *value = form == FlagForm::AsStored ? static_cast<VARIANT_BOOL>(stored) : stored ? VARIANT_TRUE : VARIANT_FALSE;
+    *value = form == FlagForm::AsStored ? static_cast<VARIANT_BOOL>(stored) : AutomationBool(stored != 0);
     return S_OK;
 }
 

@@ -38,7 +38,8 @@ const Row kWinsock[] = {
 #include "diag/text/WinsockNames.inc"
 };
 
-// The only ones that halving misses: two that stand outside the rising order, and the second of two with one code.
+// The only ones that the binary search misses: two that stand outside the rising order, and the second of two with one
+// code.
 TEST(ResultCodes, RowsThatTheSearchMisses) {
     std::vector<std::size_t> missed;
     for (std::size_t i = 0; i < std::size(kNames); ++i) {

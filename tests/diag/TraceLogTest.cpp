@@ -136,7 +136,7 @@ TEST_F(TraceLog, SharedSection) {
     EXPECT_EQ(kMark + "\r\na\r\nb\r\nc", Contents(m_file));
 }
 
-// Again and again one comes at the moment when the last one goes.
+// Again and again a module is loaded at the moment when the last one is unloaded.
 TEST_F(TraceLog, ComingWhileTheLastOneGoes) {
     InThreads(2, [&](int other) {
         for (int i = 0; i < 300; ++i) {
@@ -228,7 +228,7 @@ TEST_F(TraceLog, TimerLeavesWhatIsTooSoonOrBusy) {
     writer->Destroy();
 }
 
-// Its virtual table may be laid out in another way, so no slot of it is called.
+// Its virtual table may have another layout, so no slot of it is called.
 TEST_F(TraceLog, BufferOfAnotherCompiler) {
     const auto slot = [] { ADD_FAILURE() << "a virtual call"; };
     void (*const table[4])() = {slot, slot, slot, slot};
@@ -270,8 +270,7 @@ struct Belongings {
     }
 };
 
-// How much more there is after `again` calls of `round` than after the first ones, from which the system keeps
-// something.
+// What `again` calls of `round` add. The system keeps something from the `first` calls before them, which don't count.
 Belongings Growth(int first, int again, const std::function<void()>& round) {
     const auto rounds = [&](int count) {
         for (int i = 0; i < count; ++i) {
@@ -314,7 +313,7 @@ TEST_F(TraceLog, UnloadingInTheMiddleOfAFlushLeavesNothing) {
     EXPECT_EQ(0, growth.threads);
 }
 
-// Too many to hide behind what the system keeps.
+// Enough of them to stand out against what the system keeps.
 TEST_F(TraceLog, ModulesThatComeAndGoLeaveNothing) {
     Belongings growth;
     int tries = 0;

@@ -346,7 +346,7 @@ TEST_F(Filter, ReadsEachSettingOnce) {
     }
 }
 
-// Any numbers in the store, frames between closed pages.
+// Any numbers in the store, frames between inaccessible pages.
 TEST_F(Filter, WildStoresStayWithinTheFrames) {
     constexpr struct { INT32 width, height, bits; } kFrames[] = {{16, 8, 16}, {15, 9, 24}, {33, 7, 8}, {5, 64, 32}};
     const GUID* const kProtectedEdges[] = {&NMFV_DEINTERLACE_PROTECTED_LEFT, &NMFV_DEINTERLACE_PROTECTED_RIGHT,

@@ -134,7 +134,7 @@ TEST(FormatCheck, BlocksAndMajorType) {
     EXPECT_HR(kTypeNotAccepted, Check(info.type, 0x10));
 }
 
-// The sizes that come of a height that is no height: the platform may pass such a type.
+// The sizes that a negative height gives: the platform may pass such a type.
 TEST(FormatCheck, NegativeHeight) {
     CComRef<IMFMediaType> type;
     MakeVideoType(MFVideoFormat_YUY2, 16, static_cast<UINT32>(-8), type);

@@ -243,7 +243,7 @@ TEST_F(Streaming, ShortBuffersAreRefused) {
     EXPECT_HR(S_OK, Pass(silent, output));
 }
 
-// Sizes that are none, or overflow: the frame is not touched, and its length not set.
+// Empty sizes and sizes that overflow: the frame is not touched, and its length not set.
 TEST_F(Streaming, UnprocessableFrames) {
     constexpr struct {
         UINT32 width, height;

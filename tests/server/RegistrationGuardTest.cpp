@@ -10,7 +10,7 @@ namespace {
 constexpr char kServerKey[] = "CLSID\\{E2B7ED97-38C5-11D5-91F6-00104BDB8FF9}\\InprocServer32";
 constexpr std::uint32_t kOwnMs = 0x00020003, kOwnLs = 0x80000005;
 
-// What is registered when this copy comes.
+// What is registered before this copy is.
 enum class Other { Nothing, Missing, SameInCapitals, Copy, Text };
 
 struct GuardCase {

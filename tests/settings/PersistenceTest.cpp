@@ -56,8 +56,8 @@ TEST_F(Persistence, LastObjectGoneIsNextObjectsStart) {
     EXPECT_HR(S_OK, next.store->GetStringLength(MF_MT_SUBTYPE, &length)); // a foreign item travels along
 }
 
-// An object has its defaults all the same. A later load leaves it alone where nothing of ours is saved, and says of a
-// corrupt blob what is wrong.
+// A new object has its defaults. A later load leaves it alone when no blob is saved, and resets it and fails when the
+// blob is corrupt.
 TEST_F(Persistence, WhatIsNoBlobGivesLevel2) {
     TransformUnderTest any;
     ASSERT_TRUE(any.Create());
@@ -139,7 +139,7 @@ TEST_F(Persistence, LoadsWhileOthersSave) {
     EXPECT_EQ(0, lost);
 }
 
-// Another thread writes at every moment at which the store lets it.
+// Another thread writes whenever the store is not locked.
 TEST_F(Persistence, SavesTheStoreOfOneMoment) {
     TransformUnderTest object;
     ASSERT_TRUE(object.Create());

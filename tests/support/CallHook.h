@@ -9,7 +9,7 @@
 
 #include <mfidl.h>
 
-// Asked before each call with the method's name; a failure is returned in place of the call. Attribute methods name the
+// Asked before each call with the method's name; a failure is returned instead of calling. Attribute methods name the
 // key too.
 struct CallHook {
     std::function<HRESULT(const std::string& method, const GUID* key)> check;

@@ -39,7 +39,7 @@ inline std::string ClassesText(const std::string& path, const char* name = nullp
     return RegGetValueA(HKEY_CLASSES_ROOT, path.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size) ? "-" : text;
 }
 
-// A key below HKEY_CLASSES_ROOT. REG_OPTION_VOLATILE makes one that refuses subkeys which last.
+// A key below HKEY_CLASSES_ROOT. REG_OPTION_VOLATILE makes one that refuses lasting subkeys.
 inline void MakeClassesKey(const char* path, DWORD options) {
     CRegKey key;
     RegCreateKeyExA(HKEY_CLASSES_ROOT, path, 0, nullptr, options, KEY_ALL_ACCESS, nullptr, key.Put(), nullptr);

@@ -1,4 +1,4 @@
-// The saved settings value as tests see and forge it.
+// Reads and writes the saved settings value.
 #pragma once
 
 #include "settings/SettingsBlob.h"

@@ -20,7 +20,7 @@ INT_PTR CALLBACK AnswerNothing(HWND, UINT, WPARAM, LPARAM) {
     return FALSE;
 }
 
-// A dialog with its font in another size, which is what another resolution of the screen comes to.
+// A dialog with its font in another size, which has the effect of another screen resolution.
 HWND MakeDialog(int dialog, HWND parent, int percent = 100) {
     const HRSRC resource = FindResourceA(nullptr, MAKEINTRESOURCEA(dialog), reinterpret_cast<LPCSTR>(RT_DIALOG));
     const auto* bytes = static_cast<const char*>(LockResource(LoadResource(nullptr, resource)));

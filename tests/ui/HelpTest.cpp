@@ -257,7 +257,7 @@ TEST_F(HelpHook, LaterProcedureStaysChained) {
     EXPECT_TRUE(IsOriginal());
 }
 
-// The module may go with its last page, but not while a procedure of the host's leads into it.
+// The module may be unloaded with its last page, but not while a procedure of the host's calls into it.
 TEST_F(HelpHook, NobodyCallsAModuleThatIsGone) {
     NotingSite object;
     for (const bool replaced : {false, true}) {

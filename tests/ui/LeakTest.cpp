@@ -7,7 +7,7 @@
 
 namespace {
 
-// Windows counts for us; under Wine it says 0, and a handle's lower half alone leads to its object.
+// Windows counts for us; Wine says 0, but finds an object by the lower half of its handle.
 DWORD DrawingObjects() {
     if (const DWORD known = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) {
         return known;

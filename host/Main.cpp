@@ -23,8 +23,10 @@ constexpr std::string_view kPagesOptions[] = {"--live", "--no-save", "--sheet", 
                                               "--from", "--raw",     "--feed",  "--lines", "--cut-off"};
 
 constexpr host::VerbRow kVerbs[] = {
-    {"deinterlace", "INPUT OUTPUT", "Sends INPUT through the transform to OUTPUT. \"--to none\" needs no OUTPUT.", 2, 2,
-     &host::RunDeinterlace},
+    {"deinterlace", "INPUT [OUTPUT]",
+     "Sends INPUT through the transform to OUTPUT, or without one to NAME-deinterlaced beside it. With --out-dir any "
+     "number of inputs; --to none writes nothing.",
+     1, 2, &host::RunDeinterlace},
     {"analyse", "INPUT",
      "Prints what the combing detector counts in every frame, and in the end which sensitivity tells the clip's "
      "interlaced frames from the others. Needs no transform.",
@@ -41,13 +43,14 @@ constexpr host::VerbRow kVerbs[] = {
     {"unregister", "", "Takes that registration away; another copy's registration stays.", 0, 0, &host::RunUnregister,
      kRegistrationOptions},
     {"verify", "",
-     "Checks the registration piece by piece, creates what is registered, and says what is wrong and how to fix it.",
-     0, 0, &host::RunVerify, kRegistrationOptions},
+     "Checks the registration piece by piece, creates what is registered, and says what is wrong and how to fix it.", 0,
+     0, &host::RunVerify, kRegistrationOptions},
     {"help", "", "This text, as --help.", 0, 0, &ShowHelp, kRegistrationOptions},
 };
 
-void ShowHelp(const host::Command&) {
-    host::Print(host::HelpText(kVerbs));
+void ShowHelp(const host::Command& command) {
+    const bool one = command.isVerbNamed && command.verb->run != &ShowHelp;
+    host::Print(one ? host::VerbHelpText(kVerbs, *command.verb) : host::HelpText(kVerbs));
 }
 
 std::vector<std::string> Arguments() {

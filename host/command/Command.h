@@ -24,8 +24,10 @@ struct VerbRow {
 
 struct Command {
     const VerbRow* verb = nullptr;
+    bool isVerbNamed = false;
     std::string input;
-    std::string output; // empty when there is none
+    std::vector<std::string> inputs; // all that are named; without an output each gets one of its own
+    std::string output;              // empty when none is named
     OutputKind outputKind = OutputKind::None;
     Options options;
 };
@@ -33,8 +35,15 @@ struct Command {
 // Throws HostError with ExitCode::Usage. With --help or --version the files are not looked at.
 Command ParseCommand(std::span<const VerbRow> verbs, std::span<const std::string> arguments);
 
-// What --help prints.
+bool Knows(const VerbRow& verb, const OptionRow& option);
+
+// What --help prints; for the verb alone after its name.
 std::string HelpText(std::span<const VerbRow> verbs);
+std::string VerbHelpText(std::span<const VerbRow> verbs, const VerbRow& verb);
+
+// The output that an input gets when none is named: NAME-deinterlaced.EXT in `folder`, or beside the input when that is
+// empty. A kind of its own gives the extension; else the input's, or .avi when that says nothing.
+std::string OutputBeside(const std::string& input, const std::string& folder, std::optional<OutputKind> kind);
 
 // What an output is by its name: "-" a Y4M pipe, else by extension. Throws HostError when the extension says nothing.
 OutputKind OutputKindOf(std::string_view path);

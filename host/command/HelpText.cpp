@@ -29,7 +29,7 @@ constexpr std::string_view kExamples =
     "Pipes and formats:\n"
     "  \"-\" is standard input or output. Y4M may be 4:2:0, 4:2:2, 4:4:4 or mono of\n"
     "  8 bits; what comes out is 4:2:2, or 4:4:4 when the transform was fed rgb24 or\n"
-    "  iyu2, and is marked progressive. --even, --odd and raw frames go by the rows\n"
+    "  iyu2. --even, --odd and raw frames go by the rows\n"
     "  as they lie in memory; --roi and --protect by the picture's top left corner.\n"
     "  An output gets its name when it is whole; until then it is OUTPUT.*.part.\n"
     "\n"
@@ -38,18 +38,29 @@ constexpr std::string_view kExamples =
     "  6 registration: could not be changed, or verify found something wrong\n"
     "  7 no desktop to show windows on\n";
 
+// The verb of the first row need not be named.
+std::string UsageText(std::span<const VerbRow> verbs, const VerbRow& verb) {
+    std::string text = "  nmfvdeint ";
+    for (const std::string_view word : {&verb == verbs.data() ? std::string_view() : verb.name, verb.arguments}) {
+        text += word.empty() ? "" : std::string(word) + " ";
+    }
+    return text + "[options]\n      " + WrapHelp(verb.help, 6);
+}
+
 } // namespace
 
 std::string HelpText(std::span<const VerbRow> verbs) {
     std::string text(kIntroduction);
     for (const VerbRow& verb : verbs) {
-        const std::string name = &verb == verbs.data() ? "" : std::string(verb.name) + " ";
-        const std::string usage =
-            "  nmfvdeint " + name + std::string(verb.arguments) + (verb.arguments.empty() ? "" : " ") + "[options]";
-        text += usage + "\n      " + WrapHelp(verb.help, 6);
+        text += UsageText(verbs, verb);
     }
-    text += DescribeOptions(AllOptions());
+    text += DescribeOptions(AllOptions(), [](const OptionRow&) { return true; });
     return text + std::string(kExamples);
+}
+
+std::string VerbHelpText(std::span<const VerbRow> verbs, const VerbRow& verb) {
+    return "Usage:\n" + UsageText(verbs, verb) +
+           DescribeOptions(AllOptions(), [&verb](const OptionRow& row) { return Knows(verb, row); });
 }
 
 } // namespace host

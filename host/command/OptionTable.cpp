@@ -81,7 +81,8 @@ std::vector<std::string> ReadOptions(std::span<const OptionRow> rows, std::span<
     std::vector<std::string> plain;
     bool optionsEnded = false;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string_view argument = arguments[i];
+        const bool asks = !optionsEnded && (arguments[i] == "/?" || arguments[i] == "-?");
+        const std::string_view argument = asks ? std::string_view("--help") : std::string_view(arguments[i]);
         if (optionsEnded || argument.size() < 2 || argument[0] != '-') {
             plain.emplace_back(argument);
             continue;
@@ -126,10 +127,13 @@ std::string WrapHelp(std::string_view text, std::size_t indent) {
     return out + '\n';
 }
 
-std::string DescribeOptions(std::span<const OptionRow> rows) {
+std::string DescribeOptions(std::span<const OptionRow> rows, const std::function<bool(const OptionRow&)>& isListed) {
     std::string out;
     std::string_view group;
     for (const OptionRow& row : rows) {
+        if (!isListed(row)) {
+            continue;
+        }
         if (row.group != group) {
             group = row.group;
             out += "\n" + std::string(group) + ":\n";

@@ -1,6 +1,7 @@
 // Command-line options from a table.
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,9 +23,9 @@ struct OptionRow {
     bool listedOnly = false; // only verbs whose own list names it know it
 };
 
-// Reads `arguments` into `options`; what is no option comes back in order. Both "--name value" and "--name=value" will
-// do, "-" alone is no option, and after "--" nothing is. Throws HostError with ExitCode::Usage, naming the nearest
-// option for one that is unknown.
+// Reads `arguments` into `options`; what is no option comes back in order. Both "--name value" and "--name=value"
+// are read, "-" alone is no option, and after "--" nothing is. "/?" and "-?" are --help. Throws HostError with
+// ExitCode::Usage, naming the nearest option for one that is unknown.
 std::vector<std::string> ReadOptions(std::span<const OptionRow> rows, std::span<const std::string> arguments,
                                      Options& options);
 
@@ -35,7 +36,7 @@ std::string_view NearMiss(std::string_view word, std::span<const std::string_vie
 // end. The first line is to be appended to `indent` columns of other text.
 std::string WrapHelp(std::string_view text, std::size_t indent);
 
-// The help's list of options, grouped in the table's order.
-std::string DescribeOptions(std::span<const OptionRow> rows);
+// The help's list of those options that `isListed`, grouped in the table's order.
+std::string DescribeOptions(std::span<const OptionRow> rows, const std::function<bool(const OptionRow&)>& isListed);
 
 } // namespace host

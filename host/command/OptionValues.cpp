@@ -76,19 +76,41 @@ void BadValue(std::string_view option, std::string_view value, std::string_view 
                                          "\" is no value for it: it takes " + std::string(expected));
 }
 
+namespace {
+
+constexpr const char* kEdges[] = {"left", "top", "right", "bottom"};
+
+[[noreturn]] void BadEdge(std::string_view option, std::string_view value, const std::string& why) {
+    throw HostError(ExitCode::Usage, std::string(option) + " \"" + std::string(value) + "\": " + why + "; it takes " +
+                                         std::string(kAreaForm));
+}
+
+} // namespace
+
 Area ParseArea(std::string_view option, std::string_view value) {
     const auto parts = Split(value, ',');
     if (parts.size() != 4) {
         BadValue(option, value, kAreaForm);
     }
-    const auto left = Number(parts[0], kMaxSide);
-    const auto top = Number(parts[1], kMaxSide);
-    const auto right = Number(parts[2], kMaxSide);
-    const auto bottom = Number(parts[3], kMaxSide);
-    if (!left || !top || !right || !bottom || *left >= *right || *top >= *bottom) {
-        BadValue(option, value, kAreaForm);
+    int edges[4];
+    for (std::size_t i = 0; i < 4; ++i) {
+        const auto edge = Number(parts[i], kMaxSide);
+        if (!edge) {
+            BadEdge(option, value,
+                    std::string("its ") + kEdges[i] + " edge \"" + std::string(parts[i]) +
+                        "\" is no whole number from 0 to " + std::to_string(kMaxSide));
+        }
+        edges[i] = *edge;
     }
-    return {*left, *top, *right, *bottom};
+    for (std::size_t i = 0; i < 2; ++i) {
+        if (edges[i] >= edges[i + 2]) {
+            BadEdge(option, value,
+                    std::string("its ") + kEdges[i + 2] + " edge, " + std::to_string(edges[i + 2]) +
+                        ", must be beyond the " + kEdges[i] + " one, " + std::to_string(edges[i]) +
+                        " (they are edges, not a size)");
+        }
+    }
+    return {edges[0], edges[1], edges[2], edges[3]};
 }
 
 Pattern ParsePattern(std::string_view option, std::string_view value) {

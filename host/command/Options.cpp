@@ -20,6 +20,7 @@ constexpr Word<bool> kCutOff[] = {{"fail", false}, {"keep", true}};
 constexpr Word<Mode> kModes[] = {{"off", Mode::Off}, {"all", Mode::All}, {"auto", Mode::Auto}};
 constexpr Word<bool> kMethods[] = {{"merge", true}, {"rebuild", false}};
 constexpr Word<SheetKind> kSheets[] = {{"platform", SheetKind::Platform}, {"own", SheetKind::Own}};
+constexpr Word<bool> kFields[] = {{"top", true}, {"bottom", false}};
 constexpr Word<bool> kOnOff[] = {{"on", true}, {"off", false}};
 constexpr Word<bool> kTimeFormats[] = {{"time", true}, {"frame", false}};
 
@@ -36,6 +37,11 @@ void SetSensitivity(Options& options, std::string_view value) {
         *options.sensitivity > kHighestSensitivity) {
         BadValue("--sensitivity", value, "a number from 0.001 to 8");
     }
+}
+
+void SetEven(Options& options, bool even) {
+    options.evenAndOdd = options.evenAndOdd || options.even == !even;
+    options.even = even;
 }
 
 void AddStill(Options& options, std::string_view value) {
@@ -78,6 +84,12 @@ constexpr OptionRow kRows[] = {
     {kInOut, "--cut-off", "fail|keep",
      "input that is cut off or damaged: fail (normal), or keep the whole frames before that place.",
      [](Options& o, std::string_view v) { o.keepCutOff = PickWord<bool>("--cut-off", v, kCutOff); }},
+    {kInOut, "--no-side", "",
+     "leave out what an AVI file holds beside its video. Normally sound and text go into an AVI output.",
+     [](Options& o, std::string_view) { o.noSide = true; }},
+    {kInOut, "--out-dir", "FOLDER",
+     "every file named is an input, a folder stands for the clips in it, and each becomes NAME-deinterlaced there.",
+     [](Options& o, std::string_view v) { o.outDir = v; }},
     {kInOut, "--force", "", "replace files that exist.", [](Options& o, std::string_view) { o.force = true; }},
     {kInOut, "--still", "N,FILE",
      "write a PNG of frame N (the first is 0) before and after, with the most combed place "
@@ -96,12 +108,17 @@ constexpr OptionRow kRows[] = {
      "merge (normal): blend the fields; rebuild: keep one field's rows and make the others "
      "from them.",
      [](Options& o, std::string_view v) { o.merge = PickWord<bool>("--method", v, kMethods); }},
+    {kHow, "--keep", "top|bottom",
+     "which of the picture's fields rebuild keeps: the one with its top row, or the other. Works out --even or --odd "
+     "for "
+     "the format and the region.",
+     [](Options& o, std::string_view v) { o.keepTop = PickWord<bool>("--keep", v, kFields); }},
     {kHow, "--even", "", "rebuild keeps rows 0, 2, 4, ... and makes the odd ones.",
-     [](Options& o, std::string_view) { o.even = true; }},
+     [](Options& o, std::string_view) { SetEven(o, true); }},
     {kHow, "--odd", "",
      "rebuild keeps rows 1, 3, 5, ... (normal). Rows are counted from the first in memory of the "
      "picture or region: its top row for yuy2, uyvy and iyu2, its bottom row for rgb24.",
-     [](Options& o, std::string_view) { o.even = false; }},
+     [](Options& o, std::string_view) { SetEven(o, false); }},
     {kHow, "--sensitivity", "X",
      "of auto, 0.001 to 8 (normal 1): the smaller it is, the fewer combs make a frame interlaced. "
      "\"nmfvdeint analyse\" finds the value for a clip.",
@@ -155,10 +172,13 @@ constexpr OptionRow kRows[] = {
 
     {kOther, "--csv", "", "analyse: one comma-separated line per frame, with a heading.",
      [](Options& o, std::string_view) { o.csv = true; }},
+    {kOther, "--json", "", "the summary as one JSON object per clip on standard output.",
+     [](Options& o, std::string_view) { o.json = true; }},
     {kOther, "--quiet", "", "no progress and no summary, only errors.",
      [](Options& o, std::string_view) { o.quiet = true; }},
-    {kOther, "--help", "", "this text.", [](Options& o, std::string_view) { o.help = true; }},
-    {kOther, "-h", "", "the same.", [](Options& o, std::string_view) { o.help = true; }},
+    {kOther, "--help", "", "this text; after a verb, that verb's.",
+     [](Options& o, std::string_view) { o.help = true; }},
+    {kOther, "-h", "", "the same, as are -? and /?.", [](Options& o, std::string_view) { o.help = true; }},
     {kOther, "--version", "", "the version.", [](Options& o, std::string_view) { o.version = true; }},
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/command/OptionTable.h"
+#include "host/formats/FrameSink.h"
 #include "host/formats/InputKind.h"
 #include "host/picture/PixelFormat.h"
 #include "host/formats/RawStream.h"
@@ -13,7 +14,6 @@
 
 namespace host {
 
-enum class OutputKind { Y4m, Avi, Raw, None };
 enum class LineSampling { Auto, Interlaced, Progressive };
 enum class Mode { Off, All, Auto };
 enum class SheetKind { Platform, Own };
@@ -24,6 +24,8 @@ struct Area {
     int top = 0;
     int right = 0;
     int bottom = 0;
+
+    bool operator==(const Area&) const = default;
 };
 
 struct Pattern {
@@ -64,8 +66,11 @@ struct Options {
     LineSampling lines = LineSampling::Auto;
     bool keepCutOff = false;
     bool force = false;
+    bool noSide = false;
+    std::string outDir;
     std::vector<Still> stills;
     bool csv = false;
+    bool json = false;
     std::string live; // the clip that plays beside the pages
     // the transform
     std::string dll;
@@ -78,6 +83,8 @@ struct Options {
     std::optional<Mode> mode;
     std::optional<bool> merge;
     std::optional<bool> even;
+    bool evenAndOdd = false;
+    std::optional<bool> keepTop; // the picture's field, which is even or odd by the frame's layout and region
     std::optional<double> sensitivity;
     std::optional<Area> region;
     std::optional<Area> protectedArea;

@@ -1,5 +1,7 @@
 #include "host/command/ProgressText.h"
 
+#include "host/command/Json.h"
+
 #include <cmath>
 #include <cstdio>
 
@@ -28,6 +30,48 @@ double Rate(std::uint64_t frames, double seconds) {
 
 std::string FramesText(std::uint64_t frames) {
     return std::to_string(frames) + (frames == 1 ? " frame" : " frames");
+}
+
+constexpr const char* kScanNames[] = {"unknown",    "progressive", "top field first", "bottom field first",
+                                      "interlaced", "mixed"};
+
+const char* NameOf(Scan scan) {
+    return kScanNames[static_cast<std::size_t>(scan)];
+}
+
+// What the output says of its lines, where that is more than "progressive".
+std::string LabelText(const RunSummary& summary) {
+    if (summary.output == OutputKind::None || summary.output == OutputKind::Raw || summary.input == Scan::Progressive ||
+        summary.truth == Scan::Unknown || (summary.written == summary.truth && summary.truth == Scan::Progressive)) {
+        return {};
+    }
+    std::string text = std::string("The output is marked \"") + NameOf(summary.written) + "\"";
+    if (summary.written != summary.truth) {
+        return text +
+               ", as its input was: a pipe's header is written before it is known which frames are deinterlaced.\n";
+    }
+    if (summary.truth == Scan::Mixed && summary.output == OutputKind::Y4m) {
+        return text +
+               ", each frame with a word of its own. Programs that refuse such a file take that of --mode all.\n";
+    }
+    return text +
+           (summary.truth == Scan::Mixed ? ": some of its frames still are interlaced.\n" : ", as its input was.\n");
+}
+
+std::string Warnings(const RunSummary& summary) {
+    std::string text = LabelText(summary);
+    if (summary.unexpected != 0) {
+        text +=
+            "The transform changed " + FramesText(summary.unexpected) +
+            " that this program's detector passes: it is another version, and what is said of frames may be wrong.\n";
+    }
+    if (summary.irregular) {
+        text += "The input's frame rate varies; the output has the same frames at a constant rate.\n";
+    }
+    if (!summary.leftOut.empty()) {
+        text += "Left out, as the output cannot hold it: " + summary.leftOut + ".\n";
+    }
+    return text;
 }
 
 } // namespace
@@ -63,7 +107,27 @@ std::string SummaryText(const RunSummary& summary) {
         }
         out += ".\n";
     }
-    return out + FramesText(summary.changed) + " came out different from what went in.\n";
+    out += FramesText(summary.changed) + " came out different from what went in.\n";
+    return out + Warnings(summary);
+}
+
+std::string SummaryJson(const RunSummary& summary, const std::string& input, const std::string& output) {
+    CJsonObject json;
+    json.Text("input", input);
+    json.Text("output", output);
+    json.Whole("frames", summary.frames);
+    json.Number("seconds", summary.seconds);
+    json.Number("transformSeconds", summary.transformSeconds);
+    if (summary.calledInterlaced) {
+        json.Whole("calledInterlaced", *summary.calledInterlaced);
+        json.Whole("deinterlaced", *summary.deinterlaced);
+    }
+    json.Whole("changed", summary.changed);
+    json.Text("inputScan", NameOf(summary.input));
+    json.Text("outputScan", NameOf(summary.written));
+    json.Flag("constantRate", !summary.irregular);
+    json.Text("leftOut", summary.leftOut);
+    return json.Line();
 }
 
 } // namespace host

@@ -11,6 +11,7 @@ namespace host {
 namespace {
 
 constexpr auto kInterval = std::chrono::milliseconds(250);
+constexpr auto kLineInterval = std::chrono::seconds(10);
 constexpr std::size_t kLineWidth = 70;
 
 bool IsTerminal(HANDLE handle) {
@@ -45,8 +46,10 @@ void Print(std::string_view text) {
 }
 
 CProgressLine::CProgressLine(bool quiet, std::optional<std::uint64_t> total)
-    : m_shown(!quiet && IsTerminal(GetStdHandle(STD_ERROR_HANDLE)))
-    , m_total(total) {}
+    : m_shown(!quiet)
+    , m_terminal(IsTerminal(GetStdHandle(STD_ERROR_HANDLE)))
+    , m_total(total)
+    , m_next(m_terminal ? m_start : m_start + kLineInterval) {}
 
 CProgressLine::~CProgressLine() {
     if (m_dirty) {
@@ -58,8 +61,13 @@ void CProgressLine::Update(std::uint64_t frames) {
     if (!m_shown || Clock::now() < m_next) {
         return;
     }
-    m_next = Clock::now() + kInterval;
     std::string line = ProgressText(frames, m_total, Seconds());
+    if (!m_terminal) {
+        m_next = Clock::now() + kLineInterval;
+        Say(line + "\n");
+        return;
+    }
+    m_next = Clock::now() + kInterval;
     line.resize(kLineWidth, ' ');
     Say("\r" + line);
     m_dirty = true;

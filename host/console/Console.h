@@ -14,7 +14,8 @@ void Say(std::string_view text);
 // Writes UTF-8 text to standard output. Throws HostError with ExitCode::Output.
 void Print(std::string_view text);
 
-// One line on standard error that is written over as the work goes on; nothing when that is no terminal.
+// One line on standard error that is written over as the work goes on; where that is no terminal, a line every ten
+// seconds.
 class CProgressLine {
 public:
     CProgressLine(bool quiet, std::optional<std::uint64_t> total);
@@ -29,10 +30,11 @@ private:
     using Clock = std::chrono::steady_clock;
 
     bool m_shown;
+    bool m_terminal;
     bool m_dirty = false;
     std::optional<std::uint64_t> m_total;
     Clock::time_point m_start = Clock::now();
-    Clock::time_point m_next = m_start;
+    Clock::time_point m_next;
 };
 
 } // namespace host

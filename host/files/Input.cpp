@@ -18,14 +18,19 @@ CInput::CInput(const Command& command)
     : m_lines(command.options.lines)
     , m_keepCutOff(command.options.keepCutOff) {
     Open(command);
+    if (!command.options.noSide) {
+        m_source->SetSidePackets([this](std::size_t stream, std::uint32_t id, auto bytes) {
+            m_early.push_back({stream, id, {bytes.begin(), bytes.end()}});
+        });
+    }
     ReadFirst(command.input);
     const ClipInfo& info = m_source->Info();
     // The platform's decoders leave no choice of format; RGB24 takes any width.
     const bool oddMedia = !m_stream && info.width % 2 != 0;
     m_feed = command.options.feed.value_or(oddMedia ? Pixels::Rgb24 : NaturalFeed(info.layout));
     CheckFeed(info, m_feed, command.input);
-    m_converter =
-        std::make_unique<CFrameConverter>(info.layout, LayoutOf(m_feed), info.width, info.height, info.fullRange);
+    m_converter = std::make_unique<CFrameConverter>(info.layout, LayoutOf(m_feed), info.width, info.height,
+                                                    info.fullRange, info.bt709);
     if (info.rate) {
         m_rate = *info.rate;
     } else if (!command.options.quiet) {
@@ -62,6 +67,14 @@ void CInput::Open(const Command& command) {
         m_source = OpenMedia(command.input);
         break;
     }
+}
+
+void CInput::SetSidePackets(const SidePackets& packets) {
+    for (const SidePacket& packet : m_early) {
+        packets(packet.stream, packet.id, packet.bytes);
+    }
+    m_early.clear();
+    m_source->SetSidePackets(packets);
 }
 
 void CInput::Close() {

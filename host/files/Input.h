@@ -25,6 +25,12 @@ public:
     // Writes the next frame, FrameSize(Feed(), ...) bytes, to `frame`; false at the end.
     bool Read(std::uint8_t* frame);
 
+    // What is said of the lines of the frame that was read last.
+    Scan FrameScan() const { return m_source->FrameScan(); }
+    bool IsIrregular() const { return m_source->IsIrregular(); }
+    // Who gets the packets of the clip's side streams, those at once that lie before the first frame.
+    void SetSidePackets(const SidePackets& packets);
+
     // Lets go of the file, so that an output may take its name. Neither Info nor Read may follow.
     void Close();
 
@@ -43,6 +49,13 @@ private:
     bool m_keepCutOff;
     bool m_isFirst = true; // the source stands at the first frame already
     bool m_hasFrame = false;
+
+    struct SidePacket {
+        std::size_t stream;
+        std::uint32_t id;
+        std::vector<std::uint8_t> bytes;
+    };
+    std::vector<SidePacket> m_early; // side packets before the first frame
 };
 
 } // namespace host

@@ -58,7 +58,7 @@ public:
     ~CMediaSource() override { Release(); }
 
     const ClipInfo& Info() const override { return m_info; }
-    bool FieldChroma() const override { return m_info.scan == Scan::Interlaced || m_info.scan == Scan::Mixed; }
+    bool FieldChroma() const override { return MayBeInterlaced(m_info.scan); }
     bool Next() override;
     FrameView Frame() const override;
 
@@ -67,6 +67,7 @@ private:
     void ChooseType();
     bool TakeFirst(std::span<const Wanted> list);
     void TakeType();
+    void TakeColors(IMFMediaType& type);
     void TakeLength();
     void Hold(IMFSample& sample);
     void Release();
@@ -110,8 +111,9 @@ Scan ScanOf(IMFMediaType& type) {
     case MFVideoInterlace_Progressive:
         return Scan::Progressive;
     case MFVideoInterlace_FieldInterleavedUpperFirst:
+        return Scan::TopFirst;
     case MFVideoInterlace_FieldInterleavedLowerFirst:
-        return Scan::Interlaced;
+        return Scan::BottomFirst;
     case MFVideoInterlace_MixedInterlaceOrProgressive:
         return Scan::Mixed;
     default:
@@ -148,7 +150,20 @@ void CMediaSource::TakeType() {
     if (SUCCEEDED(MFGetAttributeRatio(type.Get(), MF_MT_FRAME_RATE, &rate.numerator, &rate.denominator))) {
         m_info.rate = UsableRate(rate);
     }
+    Rational aspect;
+    if (SUCCEEDED(MFGetAttributeRatio(type.Get(), MF_MT_PIXEL_ASPECT_RATIO, &aspect.numerator, &aspect.denominator))) {
+        m_info.aspect = ReducedRatio(aspect.numerator, aspect.denominator);
+    }
     m_info.scan = ScanOf(*type.Get());
+    TakeColors(*type.Get());
+}
+
+void CMediaSource::TakeColors(IMFMediaType& type) {
+    m_info.fullRange = MFGetAttributeUINT32(&type, MF_MT_VIDEO_NOMINAL_RANGE, 0) == MFNominalRange_0_255;
+    const UINT32 matrix = MFGetAttributeUINT32(&type, MF_MT_YUV_MATRIX, 0);
+    if (matrix == MFVideoTransferMatrix_BT709 || matrix == MFVideoTransferMatrix_BT601) {
+        m_info.bt709 = matrix == MFVideoTransferMatrix_BT709;
+    }
 }
 
 void CMediaSource::TakeLength() {

@@ -18,14 +18,19 @@ std::uint32_t Little32(const std::uint8_t* p) {
     return p[0] | std::uint32_t{p[1]} << 8 | std::uint32_t{p[2]} << 16 | std::uint32_t{p[3]} << 24;
 }
 
-// The first N bytes of a chunk, the rest skipped.
-template <std::size_t N>
-std::array<std::uint8_t, N> ReadFront(CInputStream& input, const AviChunk& chunk) {
-    std::array<std::uint8_t, N> front{};
-    const std::size_t wanted = std::min<std::size_t>(N, chunk.bytes);
-    const std::size_t got = input.Read(front.data(), wanted);
-    SkipChunk(input, chunk, got);
-    return front;
+std::uint32_t At(AviBytes bytes, std::size_t offset) {
+    std::uint8_t word[4] = {};
+    if (offset < bytes.size()) {
+        std::memcpy(word, bytes.data() + offset, std::min(sizeof word, bytes.size() - offset));
+    }
+    return Little32(word);
+}
+
+// The fields' first lines tell their order where they are neighbours; lines of a television signal don't.
+Scan FieldOrder(std::uint32_t firstLine, std::uint32_t secondLine) {
+    return secondLine == firstLine + 1   ? Scan::TopFirst
+           : firstLine == secondLine + 1 ? Scan::BottomFirst
+                                         : Scan::Interlaced;
 }
 
 } // namespace
@@ -51,20 +56,41 @@ std::optional<AviChunk> NextChunk(CInputStream& input) {
     return chunk;
 }
 
-AviMainHeader ReadMainHeader(CInputStream& input, const AviChunk& chunk) {
-    const auto bytes = ReadFront<40>(input, chunk);
-    return {Little32(&bytes[32]), Little32(&bytes[36])};
+std::vector<std::uint8_t> ReadChunk(CInputStream& input, const AviChunk& chunk, std::size_t most) {
+    std::vector<std::uint8_t> bytes(std::min<std::size_t>(most, chunk.bytes));
+    bytes.resize(input.Read(bytes.data(), bytes.size()));
+    SkipChunk(input, chunk, bytes.size());
+    return bytes;
 }
 
-AviStreamHeader ReadStreamHeader(CInputStream& input, const AviChunk& chunk) {
-    const auto bytes = ReadFront<36>(input, chunk);
-    return {Little32(&bytes[0]), Little32(&bytes[20]), Little32(&bytes[24]), Little32(&bytes[32])};
+AviMainHeader ParseMainHeader(AviBytes bytes) {
+    return {At(bytes, 32), At(bytes, 36)};
 }
 
-AviBitmapHeader ReadBitmapHeader(CInputStream& input, const AviChunk& chunk) {
-    const auto bytes = ReadFront<40>(input, chunk);
-    return {static_cast<std::int32_t>(Little32(&bytes[4])), static_cast<std::int32_t>(Little32(&bytes[8])),
-            static_cast<std::uint16_t>(bytes[14] | bytes[15] << 8), Little32(&bytes[16])};
+AviStreamHeader ParseStreamHeader(AviBytes bytes) {
+    return {At(bytes, 0), At(bytes, 20), At(bytes, 24), At(bytes, 32), At(bytes, 44)};
+}
+
+AviBitmapHeader ParseBitmapHeader(AviBytes bytes) {
+    return {static_cast<std::int32_t>(At(bytes, 4)), static_cast<std::int32_t>(At(bytes, 8)),
+            static_cast<std::uint16_t>(At(bytes, 14)), At(bytes, 16)};
+}
+
+// The aspect ratio is the whole picture's; with its size it gives the pixel's. One field is what many programs write of
+// every clip, so it says nothing of its lines.
+AviVideoProperties ParseVideoProperties(AviBytes bytes) {
+    constexpr std::size_t kFields = 36;
+    constexpr std::size_t kFieldBytes = 32;
+    constexpr std::size_t kStartLine = 28;
+    const std::uint64_t across = std::uint64_t{At(bytes, 20) >> 16} * At(bytes, 28);
+    const std::uint64_t down = std::uint64_t{At(bytes, 20) & 0xFFFF} * At(bytes, 24);
+    AviVideoProperties properties;
+    properties.aspect = ReducedRatio(across, down);
+    const std::uint32_t fields = At(bytes, 32);
+    if (fields == 2) {
+        properties.scan = FieldOrder(At(bytes, kFields + kStartLine), At(bytes, kFields + kFieldBytes + kStartLine));
+    }
+    return properties;
 }
 
 bool SkipChunk(CInputStream& input, const AviChunk& chunk, std::uint64_t taken) {
@@ -72,6 +98,12 @@ bool SkipChunk(CInputStream& input, const AviChunk& chunk, std::uint64_t taken) 
     const bool whole = input.Skip(contents) == contents;
     input.Skip(chunk.bytes & 1); // the last pad byte of a file may be missing
     return whole;
+}
+
+int AviStreamOf(std::uint32_t id) {
+    const int tens = static_cast<int>(id & 0xFF) - '0';
+    const int ones = static_cast<int>(id >> 8 & 0xFF) - '0';
+    return tens < 0 || tens > 9 || ones < 0 || ones > 9 ? -1 : tens * 10 + ones;
 }
 
 bool IsFourCcText(std::uint32_t code) {

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "host/formats/ByteStream.h"
+#include "host/formats/Scan.h"
+#include "host/picture/Rational.h"
 
-#include <array>
+#include <span>
 #include <string>
 
 namespace host {
@@ -19,7 +21,12 @@ struct AviChunk {
 // Nothing at the end of the input or when it ends inside the header, which is then taken.
 std::optional<AviChunk> NextChunk(CInputStream& input);
 
-// What the main header chunk (avih), a stream header (strh) and a bitmap header (strf) say, as far as it matters here.
+// A chunk's contents up to `most` bytes; the rest, pad byte and all, is taken off the input too. Parsing takes what is
+// missing for 0.
+std::vector<std::uint8_t> ReadChunk(CInputStream& input, const AviChunk& chunk, std::size_t most);
+
+// What the main header chunk (avih), a stream header (strh), a bitmap header (strf) and the video properties (vprp)
+// say, as far as it matters here.
 struct AviMainHeader {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
@@ -29,6 +36,7 @@ struct AviStreamHeader {
     std::uint32_t scale = 0;
     std::uint32_t rate = 0;
     std::uint32_t length = 0;
+    std::uint32_t sampleBytes = 0; // 0 where packets differ in size
 };
 struct AviBitmapHeader {
     std::int32_t width = 0;
@@ -36,15 +44,23 @@ struct AviBitmapHeader {
     std::uint16_t bits = 0;
     std::uint32_t compression = 0;
 };
+struct AviVideoProperties {
+    std::optional<Rational> aspect; // of one pixel
+    Scan scan = Scan::Unknown;
+};
 
-// These take the whole chunk off the input, pad byte and all; what the chunk is too short for stays 0.
-AviMainHeader ReadMainHeader(CInputStream& input, const AviChunk& chunk);
-AviStreamHeader ReadStreamHeader(CInputStream& input, const AviChunk& chunk);
-AviBitmapHeader ReadBitmapHeader(CInputStream& input, const AviChunk& chunk);
+using AviBytes = std::span<const std::uint8_t>;
+AviMainHeader ParseMainHeader(AviBytes bytes);
+AviStreamHeader ParseStreamHeader(AviBytes bytes);
+AviBitmapHeader ParseBitmapHeader(AviBytes bytes);
+AviVideoProperties ParseVideoProperties(AviBytes bytes);
 
 // Takes the rest of a chunk's contents, of which `taken` bytes are read, and its pad byte off the input; false when
 // that ends inside the contents.
 bool SkipChunk(CInputStream& input, const AviChunk& chunk, std::uint64_t taken = 0);
+
+// The stream that a chunk "NNxx" belongs to; -1 for other chunks.
+int AviStreamOf(std::uint32_t id);
 
 // Whether the code is four printable characters, as those of chunks are.
 bool IsFourCcText(std::uint32_t code);

@@ -1,63 +1,30 @@
-// AVI files of any length (OpenDML): a first RIFF part "AVI " with the old index, further parts "AVIX", each with an
-// index of its own, and in the header a list of those indexes. The header is written twice, empty at first and in the
+// AVI files of any length (OpenDML): a first RIFF part "AVI " with the old index, further parts "AVIX", each with
+// indexes of its own, and in the header a list of those indexes. The header is written twice, empty at first and in the
 // end with the counts.
-#include "host/formats/FrameSink.h"
+#include "host/formats/AviChunks.h"
+#include "host/formats/AviSinkHeader.h"
 #include "host/HostError.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace host {
 
 namespace {
 
-constexpr std::size_t kMaxParts = 1024;
-constexpr std::uint32_t kHasIndex = 0x10; // in the main header
 constexpr std::uint32_t kKeyFrame = 0x10; // in the old index
-constexpr std::uint32_t kVideo = FourCc('v', 'i', 'd', 's');
 constexpr std::uint32_t kFrameChunk = FourCc('0', '0', 'd', 'b');
-constexpr std::uint32_t kIndexChunk = FourCc('i', 'x', '0', '0');
 constexpr std::uint32_t kList = FourCc('L', 'I', 'S', 'T');
-constexpr std::uint32_t kMovi = FourCc('m', 'o', 'v', 'i');
 
-class CBytes {
-public:
-    CBytes& U16(std::uint32_t value) {
-        m_bytes.push_back(static_cast<std::uint8_t>(value));
-        m_bytes.push_back(static_cast<std::uint8_t>(value >> 8));
-        return *this;
-    }
-    CBytes& U32(std::uint32_t value) { return U16(value).U16(value >> 16); }
-    CBytes& U64(std::uint64_t value) {
-        return U32(static_cast<std::uint32_t>(value)).U32(static_cast<std::uint32_t>(value >> 32));
-    }
-    CBytes& Zeros(std::size_t count) {
-        m_bytes.resize(m_bytes.size() + count);
-        return *this;
-    }
-    // A chunk whose size is filled in by Close with the value that Open returned.
-    std::size_t Open(std::uint32_t id) {
-        U32(id).U32(0);
-        return m_bytes.size();
-    }
-    void Close(std::size_t begin) {
-        const std::size_t size = m_bytes.size() - begin;
-        for (std::size_t i = 0; i < 4; ++i) {
-            m_bytes[begin - 4 + i] = static_cast<std::uint8_t>(size >> (8 * i));
-        }
-    }
-    std::size_t Size() const { return m_bytes.size(); }
-    const std::uint8_t* Data() const { return m_bytes.data(); }
-
-private:
-    std::vector<std::uint8_t> m_bytes;
-};
-
-struct PartIndex {
-    std::uint64_t offset;
+// One chunk of the present part.
+struct Entry {
+    std::uint32_t id;
+    std::uint32_t offset; // of its header, from the part's list of frames
     std::uint32_t bytes;
-    std::uint32_t frames;
 };
+
+std::size_t StreamOf(const Entry& entry) {
+    return static_cast<std::size_t>(AviStreamOf(entry.id));
+}
 
 class CAviSink final : public IFrameSink {
 public:
@@ -70,48 +37,35 @@ public:
             throw HostError(ExitCode::Output, "AVI cannot be written to a pipe, as its header is completed at the end. "
                                               "Write it to a file, or use --to y4m for pipes.");
         }
-        const CBytes header = Header();
-        m_capacity = Capacity(header.Size());
-        if (format.frames && *format.frames > m_capacity) {
+        m_counts.scan = format.scan;
+        m_counts.indexes.resize(1 + format.side.size());
+        const CBytes header = AviHeaderBytes(m_format, m_counts);
+        const std::uint64_t capacity = Capacity(header.Size());
+        if (format.frames && *format.frames > capacity) {
             throw HostError(ExitCode::Output, writer.Name() + ": the input has " + std::to_string(*format.frames) +
-                                                  " frames, of which an AVI file can hold " +
-                                                  std::to_string(m_capacity) + ". Use --to y4m.");
+                                                  " frames, of which an AVI file can hold " + std::to_string(capacity) +
+                                                  ". Use --to y4m.");
         }
         Put(header);
-        BeginPart(m_position - 12);
+        m_moviStart = m_position - 12;
     }
 
-    void Write(const std::uint8_t* frame) override {
-        if (m_frames == m_capacity) {
-            throw OutputFullError(m_writer.Name() + ": holds the first " + std::to_string(m_frames) +
-                                  " frames; an AVI file can hold no more. Use --to y4m.");
-        }
-        if (m_position - m_partStart + m_frameBytes > m_partBytes && m_partFrames != 0) {
-            EndPart();
-            Put(CBytes()
-                    .U32(FourCc('R', 'I', 'F', 'F'))
-                    .U32(0)
-                    .U32(FourCc('A', 'V', 'I', 'X'))
-                    .U32(kList)
-                    .U32(0)
-                    .U32(kMovi));
-            BeginPart(m_position - 12);
-            m_partStart = m_position - 24;
-        }
-        Put(CBytes().U32(kFrameChunk).U32(m_frameBytes));
-        m_writer.Write(frame, m_frameBytes);
-        m_position += m_frameBytes;
-        if (m_frameBytes & 1) {
-            Put(CBytes().Zeros(1));
-        }
-        ++m_partFrames;
-        ++m_frames;
+    void Write(const std::uint8_t* frame, Scan) override {
+        PutEntry(kFrameChunk, {frame, m_frameBytes});
+        ++m_counts.frames;
     }
 
-    void Finish() override {
+    void WriteSide(std::size_t stream, std::uint32_t id, std::span<const std::uint8_t> bytes) override {
+        if (stream < m_format.side.size()) {
+            PutEntry(AviChunkId(stream + 1, id), bytes);
+        }
+    }
+
+    void Finish(Scan scan) override {
         EndPart();
+        m_counts.scan = scan;
         m_writer.Seek(0);
-        const CBytes header = Header();
+        const CBytes header = AviHeaderBytes(m_format, m_counts);
         m_writer.Write(header.Data(), header.Size());
     }
 
@@ -120,140 +74,132 @@ private:
         m_writer.Write(bytes.Data(), bytes.Size());
         m_position += bytes.Size();
     }
-    void BeginPart(std::uint64_t moviStart) {
-        m_moviStart = moviStart;
-        m_partFrames = 0;
-    }
     std::uint64_t Capacity(std::size_t headerBytes) const;
-    std::uint32_t ChunkBytes() const { return 8 + m_frameBytes + (m_frameBytes & 1); }
+    void PutEntry(std::uint32_t id, std::span<const std::uint8_t> bytes);
+    void BeginPart();
     void EndPart();
+    void PutIndex(std::size_t stream);
+    void PutOldIndex();
+    std::uint32_t LengthOf(std::size_t stream) const;
     void PatchSize(std::uint64_t chunkStart, std::uint64_t end);
-    CBytes Header() const;
-    void PutStream(CBytes& header) const;
-    void PutPartList(CBytes& header) const;
 
     IByteWriter& m_writer;
     SinkFormat m_format;
     std::uint64_t m_partBytes;
     std::uint32_t m_frameBytes;
-    std::uint64_t m_capacity = 0; // in frames
     std::uint64_t m_position = 0;
     std::uint64_t m_partStart = 0; // of the RIFF chunk
     std::uint64_t m_moviStart = 0; // of the LIST chunk that holds the frames
-    std::uint32_t m_partFrames = 0;
-    std::uint32_t m_frames = 0;
-    std::uint32_t m_firstPartFrames = 0;
-    std::uint32_t m_firstPartBytes = 0; // as its RIFF chunk says
-    std::uint32_t m_firstMoviBytes = 0;
-    std::vector<PartIndex> m_parts;
+    std::size_t m_parts = 0;       // that are whole
+    std::vector<Entry> m_entries;
+    AviCounts m_counts;
 };
 
 // The frames of all parts, each of which takes frames until the next would pass its size; the first begins with the
-// header, the others with 24 bytes.
+// header, the others with 24 bytes. Side streams take room of their own.
 std::uint64_t CAviSink::Capacity(std::size_t headerBytes) const {
-    const auto framesOf = [this](std::uint64_t begin) {
+    const std::uint64_t chunkBytes = std::uint64_t{8} + m_frameBytes + (m_frameBytes & 1);
+    const auto framesOf = [this, chunkBytes](std::uint64_t begin) {
         const std::uint64_t first = begin + m_frameBytes;
-        return m_partBytes < first ? 1 : 1 + (m_partBytes - first) / ChunkBytes();
+        return m_partBytes < first ? 1 : 1 + (m_partBytes - first) / chunkBytes;
     };
-    return std::min<std::uint64_t>(framesOf(headerBytes) + (kMaxParts - 1) * framesOf(24), UINT32_MAX);
+    return std::min<std::uint64_t>(framesOf(headerBytes) + (kMaxAviParts - 1) * framesOf(24), UINT32_MAX);
 }
 
-// Writes the part's indexes and its sizes. Frames are all of one size, so the indexes are counted out.
-void CAviSink::EndPart() {
-    const std::uint64_t indexStart = m_position;
-    CBytes index;
-    const std::size_t open = index.Open(kIndexChunk);
-    index.U16(2).U16(0x0100).U32(m_partFrames).U32(kFrameChunk).U64(m_moviStart).U32(0);
-    for (std::uint32_t i = 0; i < m_partFrames; ++i) {
-        index.U32(12 + i * ChunkBytes() + 8).U32(m_frameBytes);
+void CAviSink::PutEntry(std::uint32_t id, std::span<const std::uint8_t> bytes) {
+    if (m_position - m_partStart + bytes.size() > m_partBytes && !m_entries.empty()) {
+        BeginPart();
     }
-    index.Close(open);
-    Put(index);
-    m_parts.push_back({indexStart, static_cast<std::uint32_t>(index.Size()), m_partFrames});
+    if (m_counts.frames == UINT32_MAX) {
+        throw OutputFullError(m_writer.Name() + ": an AVI file can hold no more frames. Use --to y4m.");
+    }
+    const auto size = static_cast<std::uint32_t>(bytes.size());
+    m_entries.push_back({id, static_cast<std::uint32_t>(m_position - m_moviStart), size});
+    Put(CBytes().U32(id).U32(size));
+    m_writer.Write(bytes.data(), bytes.size());
+    m_position += bytes.size();
+    if (size & 1) {
+        Put(CBytes().Zeros(1));
+    }
+}
+
+void CAviSink::BeginPart() {
+    if (m_parts + 1 == kMaxAviParts) {
+        throw OutputFullError(m_writer.Name() + ": holds the first " + std::to_string(m_counts.frames) +
+                              " frames; an AVI file can hold no more. Use --to y4m.");
+    }
+    EndPart();
+    m_partStart = m_position;
+    m_moviStart = m_position + 12;
+    Put(CBytes().U32(FourCc('R', 'I', 'F', 'F')).U32(0).U32(FourCc('A', 'V', 'I', 'X')));
+    Put(CBytes().U32(kList).U32(0).U32(FourCc('m', 'o', 'v', 'i')));
+}
+
+// Writes the part's indexes and its sizes.
+void CAviSink::EndPart() {
+    for (std::size_t i = 0; i < m_counts.indexes.size(); ++i) {
+        PutIndex(i);
+    }
     const std::uint64_t moviEnd = m_position;
-    const bool first = m_partStart == 0;
-    if (first) {
-        CBytes old;
-        const std::size_t openOld = old.Open(FourCc('i', 'd', 'x', '1'));
-        for (std::uint32_t i = 0; i < m_partFrames; ++i) {
-            old.U32(kFrameChunk).U32(kKeyFrame).U32(4 + i * ChunkBytes()).U32(m_frameBytes);
-        }
-        old.Close(openOld);
-        Put(old);
-        m_firstPartFrames = m_partFrames;
-        m_firstPartBytes = static_cast<std::uint32_t>(m_position - 8);
-        m_firstMoviBytes = static_cast<std::uint32_t>(moviEnd - m_moviStart - 8);
+    if (m_parts == 0) {
+        PutOldIndex();
+        m_counts.firstPartFrames = m_counts.frames;
+        m_counts.firstPartBytes = static_cast<std::uint32_t>(m_position - 8);
+        m_counts.firstMoviBytes = static_cast<std::uint32_t>(moviEnd - m_moviStart - 8);
     } else {
         PatchSize(m_partStart, m_position);
         PatchSize(m_moviStart, moviEnd);
         m_writer.Seek(m_position);
     }
+    ++m_parts;
+    m_entries.clear();
+}
+
+void CAviSink::PutIndex(std::size_t stream) {
+    const auto count = std::count_if(m_entries.begin(), m_entries.end(),
+                                     [stream](const Entry& entry) { return StreamOf(entry) == stream; });
+    CBytes index;
+    const std::size_t open =
+        index.Open(FourCc('i', 'x', static_cast<char>('0' + stream / 10), static_cast<char>('0' + stream % 10)));
+    index.U16(2).U16(0x0100).U32(static_cast<std::uint32_t>(count));
+    index.U32(AviChunkId(stream, kFrameChunk)).U64(m_moviStart).U32(0);
+    for (const Entry& entry : m_entries) {
+        if (StreamOf(entry) == stream) {
+            index.U32(entry.offset + 8).U32(entry.bytes);
+        }
+    }
+    index.Close(open);
+    const std::uint64_t start = m_position;
+    Put(index);
+    m_counts.indexes[stream].push_back({start, static_cast<std::uint32_t>(index.Size()), LengthOf(stream)});
+}
+
+// In the stream's own unit: frames or packets, or the samples of a fixed size that sound consists of.
+std::uint32_t CAviSink::LengthOf(std::size_t stream) const {
+    const std::uint32_t sample = stream == 0 ? 0 : ParseStreamHeader(m_format.side[stream - 1].header).sampleBytes;
+    std::uint32_t length = 0;
+    for (const Entry& entry : m_entries) {
+        if (StreamOf(entry) == stream) {
+            length += sample == 0 ? 1 : entry.bytes / sample;
+        }
+    }
+    return length;
+}
+
+void CAviSink::PutOldIndex() {
+    CBytes index;
+    const std::size_t open = index.Open(FourCc('i', 'd', 'x', '1'));
+    for (const Entry& entry : m_entries) {
+        index.U32(entry.id).U32(kKeyFrame).U32(entry.offset - 8).U32(entry.bytes);
+    }
+    index.Close(open);
+    Put(index);
 }
 
 void CAviSink::PatchSize(std::uint64_t chunkStart, std::uint64_t end) {
     m_writer.Seek(chunkStart + 4);
     const CBytes size = CBytes().U32(static_cast<std::uint32_t>(end - chunkStart - 8));
     m_writer.Write(size.Data(), size.Size());
-}
-
-// Everything up to the first frame; always of the same length.
-CBytes CAviSink::Header() const {
-    const double bytesPerSecond = m_frameBytes * m_format.rate.Value();
-    CBytes header;
-    header.U32(FourCc('R', 'I', 'F', 'F')).U32(m_firstPartBytes).U32(FourCc('A', 'V', 'I', ' '));
-    const std::size_t headerList = header.Open(kList);
-    header.U32(FourCc('h', 'd', 'r', 'l'));
-    const std::size_t main = header.Open(FourCc('a', 'v', 'i', 'h'));
-    header.U32(static_cast<std::uint32_t>(1e6 / m_format.rate.Value() + 0.5))
-        .U32(bytesPerSecond < UINT32_MAX ? static_cast<std::uint32_t>(bytesPerSecond) : UINT32_MAX)
-        .U32(0)
-        .U32(kHasIndex)
-        .U32(m_firstPartFrames)
-        .U32(0)
-        .U32(1)
-        .U32(m_frameBytes)
-        .U32(static_cast<std::uint32_t>(m_format.width))
-        .U32(static_cast<std::uint32_t>(m_format.height))
-        .Zeros(16);
-    header.Close(main);
-    PutStream(header);
-    const std::size_t extended = header.Open(kList);
-    header.U32(FourCc('o', 'd', 'm', 'l'));
-    const std::size_t total = header.Open(FourCc('d', 'm', 'l', 'h'));
-    header.U32(m_frames).Zeros(244);
-    header.Close(total);
-    header.Close(extended);
-    header.Close(headerList);
-    header.U32(kList).U32(m_firstMoviBytes).U32(kMovi);
-    return header;
-}
-
-void CAviSink::PutStream(CBytes& header) const {
-    const PixelTraits& traits = TraitsOf(m_format.pixels);
-    const std::size_t list = header.Open(kList);
-    header.U32(FourCc('s', 't', 'r', 'l'));
-    const std::size_t stream = header.Open(FourCc('s', 't', 'r', 'h'));
-    header.U32(kVideo).U32(traits.fourcc).U32(0).U32(0).U32(0);
-    header.U32(m_format.rate.denominator).U32(m_format.rate.numerator).U32(0).U32(m_frames).U32(m_frameBytes);
-    header.U32(UINT32_MAX).U32(0).U16(0).U16(0);
-    header.U16(static_cast<std::uint32_t>(m_format.width)).U16(static_cast<std::uint32_t>(m_format.height));
-    header.Close(stream);
-    const std::size_t format = header.Open(FourCc('s', 't', 'r', 'f'));
-    header.U32(40).U32(static_cast<std::uint32_t>(m_format.width)).U32(static_cast<std::uint32_t>(m_format.height));
-    header.U16(1).U16(static_cast<std::uint32_t>(traits.bits)).U32(traits.fourcc).U32(m_frameBytes).Zeros(16);
-    header.Close(format);
-    PutPartList(header);
-    header.Close(list);
-}
-
-void CAviSink::PutPartList(CBytes& header) const {
-    const std::size_t list = header.Open(FourCc('i', 'n', 'd', 'x'));
-    header.U16(4).U16(0).U32(static_cast<std::uint32_t>(m_parts.size())).U32(kFrameChunk).Zeros(12);
-    for (const PartIndex& part : m_parts) {
-        header.U64(part.offset).U32(part.bytes).U32(part.frames);
-    }
-    header.Zeros((kMaxParts - m_parts.size()) * 16);
-    header.Close(list);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "host/formats/AviSource.h"
 
-#include "host/formats/AviChunks.h"
+#include "host/formats/AviSourceHeader.h"
 #include "host/formats/FrameBytes.h"
 #include "host/HostError.h"
 
@@ -10,26 +10,9 @@ namespace host {
 
 namespace {
 
-struct AviFormat {
-    std::uint32_t compression; // 0: none
-    int bits;
-    Layout layout;
-};
-
-constexpr AviFormat kFormats[] = {
-    {0, 24, Layout::Rgb24},
-    {0, 32, Layout::Rgb32},
-    {FourCc('Y', 'U', 'Y', '2'), 16, Layout::Yuy2},
-    {FourCc('Y', 'U', 'N', 'V'), 16, Layout::Yuy2},
-    {FourCc('Y', 'U', 'Y', 'V'), 16, Layout::Yuy2},
-    {FourCc('U', 'Y', 'V', 'Y'), 16, Layout::Uyvy},
-    {FourCc('U', 'Y', 'N', 'V'), 16, Layout::Uyvy},
-    {FourCc('H', 'D', 'Y', 'C'), 16, Layout::Uyvy},
-    {FourCc('I', 'Y', 'U', '2'), 24, Layout::Iyu2},
-};
-
 // Writers that cannot go back leave a size like this.
 constexpr std::uint32_t kUnknownSize = 0xFFFFFF00;
+constexpr std::uint32_t kMaxSidePacket = 1u << 28;
 
 class CAviSource final : public IFrameSource {
 public:
@@ -40,14 +23,23 @@ public:
             Refuse("this is no AVI file (it does not begin with \"RIFF....AVI \"). Say what it is with --from.");
         }
         BeginPart(*riff);
-        ReadHeaders();
-        if (m_stream < 0) {
-            Refuse("the AVI file holds no video stream before its frames.");
+        m_headers = ReadAviHeaders(input);
+        m_inFrames = true;
+        const PackedRows& rows = m_headers.rows;
+        m_stride = rows.padded;
+        // A writer that could not go back to write sizes had no count either, whatever stands there. Other headers
+        // count the frames of one part, or the chunks of all streams.
+        m_declared = m_partEnd ? m_headers.length : 0;
+        // The count that the header names is believed only as far as the file can hold it; from a pipe it is a guess.
+        if (const auto size = m_input.Size()) {
+            m_headers.info.frames = std::min<std::uint64_t>(
+                m_headers.length, *size / (rows.tight * static_cast<std::size_t>(m_headers.info.height)));
         }
     }
 
-    const ClipInfo& Info() const override { return m_info; }
+    const ClipInfo& Info() const override { return m_headers.info; }
     bool FieldChroma() const override { return false; }
+    void SetSidePackets(SidePackets packets) override { m_sidePackets = std::move(packets); }
     bool Next() override;
     FrameView Frame() const override;
 
@@ -55,13 +47,13 @@ private:
     [[noreturn]] void Refuse(const std::string& why) const {
         throw HostError(ExitCode::Input, m_input.Name() + ": " + why);
     }
-    void ReadHeaders();
-    void TakeFormat(const AviStreamHeader& stream, const AviBitmapHeader& bitmap);
     void BeginPart(const AviChunk& riff);
     void Enter(const AviChunk& list);
     bool IsFrame(const AviChunk& chunk) const;
     bool PassesPart(const AviChunk& chunk) const;
     void ReadFrame(const AviChunk& chunk);
+    bool IsSidePacket(const AviChunk& chunk) const;
+    void ReadSidePacket(const AviChunk& chunk);
     bool Fits(const AviChunk& chunk) const;
     bool Pass(const AviChunk& chunk);
     bool IsComplete() const;
@@ -69,81 +61,17 @@ private:
     [[noreturn]] void ThrowTooLarge(const AviChunk& chunk) const;
 
     CInputStream& m_input;
-    ClipInfo m_info;
-    AviMainHeader m_main;
-    int m_stream = -1; // the video stream's number
-    bool m_topDown = true;
-    std::size_t m_tight = 0;  // bytes of a row without padding
-    std::size_t m_padded = 0; // and with it
-    std::size_t m_stride = 0; // as the current frame has it
+    AviHeaders m_headers;
+    SidePackets m_sidePackets;
+    std::size_t m_stride = 0; // of the current frame
     CFrameBytes m_frame;
+    CFrameBytes m_side;
     std::uint64_t m_next = 0;
     std::uint64_t m_declared = 0;           // frames that the header promises; 0 when its writer could not know
     std::uint32_t m_chunkBytes = 0;         // of every frame that is there
     std::optional<std::uint64_t> m_partEnd; // of the current RIFF chunk, when its writer could know it
     bool m_inFrames = false;                // after the list of frames comes the part's index
 };
-
-void CAviSource::ReadHeaders() {
-    int stream = -1;
-    AviStreamHeader header;
-    while (const auto chunk = NextChunk(m_input)) {
-        if (chunk->type == FourCc('m', 'o', 'v', 'i')) {
-            Enter(*chunk);
-            return;
-        }
-        if (chunk->type == FourCc('s', 't', 'r', 'l')) {
-            ++stream;
-        } else if (chunk->id == FourCc('a', 'v', 'i', 'h')) {
-            m_main = ReadMainHeader(m_input, *chunk);
-        } else if (chunk->id == FourCc('s', 't', 'r', 'h')) {
-            header = ReadStreamHeader(m_input, *chunk);
-        } else if (chunk->id == FourCc('s', 't', 'r', 'f') && header.type == FourCc('v', 'i', 'd', 's') &&
-                   m_stream < 0) {
-            TakeFormat(header, ReadBitmapHeader(m_input, *chunk));
-            m_stream = stream;
-        } else if (chunk->type == 0) {
-            SkipChunk(m_input, *chunk);
-        }
-    }
-    Refuse("the AVI file ends at byte " + std::to_string(m_input.Position()) +
-           ", before its frames begin: it is cut off or damaged.");
-}
-
-void CAviSource::TakeFormat(const AviStreamHeader& stream, const AviBitmapHeader& bitmap) {
-    const AviFormat* found = nullptr;
-    for (const AviFormat& format : kFormats) {
-        if (format.compression == bitmap.compression && format.bits == bitmap.bits) {
-            found = &format;
-        }
-    }
-    if (!found) {
-        Refuse("its video is " + (bitmap.compression ? FourCcText(bitmap.compression) : std::string("RGB")) + " with " +
-               std::to_string(bitmap.bits) +
-               " bits per pixel; uncompressed RGB24, RGB32, YUY2, UYVY and IYU2 can be read. Let --from media decode "
-               "it, or pipe it in: ffmpeg -i FILE -pix_fmt yuv422p -f yuv4mpegpipe - | nmfvdeint - ...");
-    }
-    const std::int64_t height = bitmap.height < 0 ? -std::int64_t{bitmap.height} : bitmap.height;
-    if (bitmap.width <= 0 || bitmap.width > kMaxSide || height == 0 || height > kMaxSide) {
-        Refuse("a picture of " + std::to_string(bitmap.width) + "x" + std::to_string(height) + " cannot be read.");
-    }
-    m_info.layout = found->layout;
-    m_info.width = bitmap.width;
-    m_info.height = static_cast<int>(height);
-    m_info.rate = UsableRate({stream.rate, stream.scale});
-    const bool rgb = found->compression == 0;
-    m_topDown = !rgb || bitmap.height < 0;
-    m_tight = static_cast<std::size_t>(bitmap.width) * static_cast<std::size_t>(found->bits) / 8;
-    m_padded = (m_tight + 3) & ~std::size_t{3};
-    m_stride = m_padded;
-    // A writer that could not go back to write sizes had no count either, whatever stands there. Other headers count
-    // the frames of one part, or the chunks of all streams.
-    m_declared = m_partEnd ? stream.length : 0;
-    // The count that the header names is believed only as far as the file can hold it; from a pipe it is a guess.
-    if (const auto size = m_input.Size()) {
-        m_info.frames = std::min<std::uint64_t>(stream.length, *size / (m_tight * static_cast<std::size_t>(height)));
-    }
-}
 
 void CAviSource::BeginPart(const AviChunk& riff) {
     const bool known = riff.bytes != 0 && riff.bytes < kUnknownSize;
@@ -161,10 +89,28 @@ void CAviSource::Enter(const AviChunk& list) {
 
 // Frames are chunks "NNdb" or "NNdc", NN the stream's number. Entries of the index look the same.
 bool CAviSource::IsFrame(const AviChunk& chunk) const {
-    const auto digit = [](int value) { return static_cast<char>('0' + value); };
-    const char tens = digit(m_stream / 10);
-    const char ones = digit(m_stream % 10);
-    return m_inFrames && (chunk.id == FourCc(tens, ones, 'd', 'b') || chunk.id == FourCc(tens, ones, 'd', 'c'));
+    const std::uint32_t kind = chunk.id >> 16;
+    return m_inFrames && AviStreamOf(chunk.id) == m_headers.stream &&
+           (kind == ('d' | 'b' << 8) || kind == ('d' | 'c' << 8));
+}
+
+// Packets of other streams are chunks "NNxx" with their streams' numbers.
+bool CAviSource::IsSidePacket(const AviChunk& chunk) const {
+    return m_sidePackets && m_inFrames && m_headers.SideOf(AviStreamOf(chunk.id)).has_value();
+}
+
+void CAviSource::ReadSidePacket(const AviChunk& chunk) {
+    if (chunk.bytes > kMaxSidePacket) {
+        throw HostError(ExitCode::Input,
+                        m_input.Name() + ": a packet of its stream " + std::to_string(AviStreamOf(chunk.id)) + " has " +
+                            std::to_string(chunk.bytes) + " bytes; one that long cannot be carried. Use --no-side.");
+    }
+    const std::size_t got = m_side.Read(m_input, chunk.bytes);
+    if (got != chunk.bytes) {
+        ThrowCutOff(m_input, m_next, got, chunk.bytes);
+    }
+    m_input.Skip(chunk.bytes & 1);
+    m_sidePackets(*m_headers.SideOf(AviStreamOf(chunk.id)), chunk.id, {m_side.Data(), got});
 }
 
 bool CAviSource::PassesPart(const AviChunk& chunk) const {
@@ -197,6 +143,10 @@ bool CAviSource::Pass(const AviChunk& chunk) {
     m_inFrames = m_inFrames && chunk.id != FourCc('i', 'd', 'x', '1');
     if (m_inFrames && !IsFourCcText(chunk.id)) {
         ThrowDamaged(m_input, chunk.offset, m_next, "no chunk begins there");
+    }
+    if (IsSidePacket(chunk) && !PassesPart(chunk)) {
+        ReadSidePacket(chunk);
+        return true;
     }
     if (!PassesPart(chunk) && SkipChunk(m_input, chunk)) {
         return true;
@@ -237,11 +187,12 @@ bool CAviSource::Fits(const AviChunk& chunk) const {
     if (m_chunkBytes != 0) {
         return chunk.bytes == m_chunkBytes;
     }
-    const auto width = static_cast<std::uint32_t>(m_info.width);
-    const auto rows = static_cast<std::uint32_t>(m_info.height);
-    const bool otherPicture = m_main.width != 0 && (m_main.width != width || m_main.height != rows);
-    return chunk.bytes == m_tight * rows || chunk.bytes == m_padded * rows ||
-           (chunk.bytes > m_tight * rows && !otherPicture);
+    const auto width = static_cast<std::uint32_t>(m_headers.info.width);
+    const auto rows = static_cast<std::uint32_t>(m_headers.info.height);
+    const bool otherPicture =
+        m_headers.main.width != 0 && (m_headers.main.width != width || m_headers.main.height != rows);
+    return chunk.bytes == m_headers.rows.tight * rows || chunk.bytes == m_headers.rows.padded * rows ||
+           (chunk.bytes > m_headers.rows.tight * rows && !otherPicture);
 }
 
 void CAviSource::ReadFrame(const AviChunk& chunk) {
@@ -251,8 +202,8 @@ void CAviSource::ReadFrame(const AviChunk& chunk) {
     if (PassesPart(chunk)) {
         ThrowTooLarge(chunk);
     }
-    const std::size_t rows = static_cast<std::size_t>(m_info.height);
-    m_stride = chunk.bytes >= m_padded * rows ? m_padded : m_tight;
+    const std::size_t rows = static_cast<std::size_t>(m_headers.info.height);
+    m_stride = chunk.bytes >= m_headers.rows.padded * rows ? m_headers.rows.padded : m_headers.rows.tight;
     const std::size_t wanted = m_stride * rows;
     if (!Fits(chunk)) {
         ThrowDamaged(m_input, chunk.offset, m_next,
@@ -269,11 +220,11 @@ void CAviSource::ReadFrame(const AviChunk& chunk) {
 FrameView CAviSource::Frame() const {
     const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(m_stride);
     FrameView frame;
-    frame.layout = m_info.layout;
-    frame.width = m_info.width;
-    frame.height = m_info.height;
-    frame.plane[0] = m_topDown ? m_frame.Data() : m_frame.Data() + stride * (m_info.height - 1);
-    frame.stride[0] = m_topDown ? stride : -stride;
+    frame.layout = m_headers.info.layout;
+    frame.width = m_headers.info.width;
+    frame.height = m_headers.info.height;
+    frame.plane[0] = m_headers.rows.topDown ? m_frame.Data() : m_frame.Data() + stride * (m_headers.info.height - 1);
+    frame.stride[0] = m_headers.rows.topDown ? stride : -stride;
     return frame;
 }
 

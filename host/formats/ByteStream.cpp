@@ -33,7 +33,9 @@ std::vector<std::uint8_t> CInputStream::Peek(std::size_t bytes) {
 std::size_t CInputStream::Read(void* buffer, std::size_t bytes) {
     auto* out = static_cast<std::uint8_t*>(buffer);
     std::size_t done = std::min(bytes, Buffered());
-    std::memcpy(out, m_buffer.data() + m_begin, done);
+    if (done != 0) { // the buffer may be none for no bytes
+        std::memcpy(out, m_buffer.data() + m_begin, done);
+    }
     m_begin += done;
     // Large reads go past the look-ahead: a frame is copied once, by the system.
     while (done < bytes) {

@@ -8,15 +8,19 @@
 
 namespace host {
 
+enum class OutputKind { Y4m, Avi, Raw, None };
+
 // Not thread-safe. Throws HostError with ExitCode::Output.
 class IFrameSink {
 public:
     virtual ~IFrameSink() = default;
     // A frame as the transform lays it out, FrameSize bytes. Throws OutputFullError when no more can be taken; Finish
-    // may still follow.
-    virtual void Write(const std::uint8_t* frame) = 0;
-    // Writes what can only be known at the end. No frame may follow.
-    virtual void Finish() = 0;
+    // may still follow. `scan` is what is true of the frame's lines now; never Mixed.
+    virtual void Write(const std::uint8_t* frame, Scan scan = Scan::Progressive) = 0;
+    // A packet of a side stream of the format; dropped by formats that hold none.
+    virtual void WriteSide(std::size_t, std::uint32_t, std::span<const std::uint8_t>) {}
+    // Writes what can only be known at the end, with the last word on the clip's lines. No frame may follow.
+    virtual void Finish(Scan scan = Scan::Progressive) = 0;
 };
 
 // What a sink must know of the clip that it writes.
@@ -28,6 +32,11 @@ struct SinkFormat {
     std::optional<Rational> aspect;
     bool fullRange = false;
     std::optional<std::uint64_t> frames = std::nullopt; // when it is known beforehand
+    bool bt709 = false;
+    Scan scan = Scan::Progressive;     // what the header says unless Finish can still change it
+    bool scanMayChange = false;        // Finish may say another word than `scan`
+    std::string comments = {};         // as in ClipInfo
+    std::vector<SideStream> side = {}; // those with a header, for AVI
 };
 
 // The writer must outlive the sink.

@@ -1,17 +1,19 @@
 // Frames in: what every kind of input offers.
 #pragma once
 
+#include "host/formats/Scan.h"
+#include "host/formats/SideStream.h"
+#include "host/picture/ColorMatrix.h"
 #include "host/picture/Frame.h"
 #include "host/picture/PixelFormat.h"
 #include "host/picture/Rational.h"
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace host {
-
-// What the input says of its lines.
-enum class Scan { Unknown, Progressive, Interlaced, Mixed };
 
 struct ClipInfo {
     Layout layout = Layout::Yuy2;
@@ -21,7 +23,13 @@ struct ClipInfo {
     std::optional<Rational> aspect; // of one pixel
     Scan scan = Scan::Unknown;
     bool fullRange = false;              // luma 0 to 255 instead of 16 to 235
+    std::optional<bool> bt709;           // the matrix between luma and colours, where it is told
     std::optional<std::uint64_t> frames; // when it is known beforehand
+    std::string comments;                // of a Y4M header: " XNAME=VALUE" each
+    std::vector<SideStream> sideStreams;
+
+    // The matrix that holds: what players assume where nothing is told depends on the height.
+    bool UsesBt709() const { return bt709.value_or(IsHighDefinition(height)); }
 };
 
 // Not thread-safe; one thread reads. Throws HostError with ExitCode::Input.
@@ -35,6 +43,12 @@ public:
     virtual FrameView Frame() const = 0;
     // True when the current frame's chroma lines belong to fields.
     virtual bool FieldChroma() const = 0;
+    // What is said of the current frame's lines; never Mixed.
+    virtual Scan FrameScan() const { return Info().scan; }
+    // Who gets the packets of the side streams that Next passes; without it they are dropped.
+    virtual void SetSidePackets(SidePackets) {}
+    // True once the times of frames have left the clip's constant rate.
+    virtual bool IsIrregular() const { return false; }
 };
 
 // The format that fits a layout without loss or as nearly as there is.

@@ -51,8 +51,8 @@ public:
         : m_writer(writer)
         , m_bytes(FrameSize(format.pixels, format.width, format.height)) {}
 
-    void Write(const std::uint8_t* frame) override { m_writer.Write(frame, m_bytes); }
-    void Finish() override {}
+    void Write(const std::uint8_t* frame, Scan) override { m_writer.Write(frame, m_bytes); }
+    void Finish(Scan) override {}
 
 private:
     IByteWriter& m_writer;

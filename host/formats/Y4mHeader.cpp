@@ -46,14 +46,29 @@ int Side(std::string_view text, const char* what, const std::string& name) {
     return static_cast<int>(*value);
 }
 
+struct ScanWord {
+    Scan scan;
+    char letter;            // in the header
+    std::string_view frame; // in a FRAME line: presentation, temporal and spatial (chroma) sampling
+};
+
+constexpr ScanWord kScanWords[] = {
+    {Scan::Progressive, 'p', " I1p?"}, {Scan::TopFirst, 't', " Iti?"},   {Scan::BottomFirst, 'b', " Ibi?"},
+    {Scan::Mixed, 'm', " I???"},       {Scan::Interlaced, '?', " I?i?"}, {Scan::Unknown, '?', " I???"},
+};
+
+const ScanWord& WordOf(Scan scan) {
+    return *std::find_if(std::begin(kScanWords), std::end(kScanWords) - 1,
+                         [scan](const ScanWord& word) { return word.scan == scan; });
+}
+
 Scan ScanFor(std::string_view text) {
-    if (text == "p") {
-        return Scan::Progressive;
+    for (const ScanWord& word : kScanWords) {
+        if (word.letter != '?' && text == std::string_view(&word.letter, 1)) {
+            return word.scan;
+        }
     }
-    if (text == "t" || text == "b") {
-        return Scan::Interlaced;
-    }
-    return text == "m" ? Scan::Mixed : Scan::Unknown;
+    return Scan::Unknown;
 }
 
 void ApplyField(ClipInfo& clip, char key, std::string_view value, const std::string& name) {
@@ -77,7 +92,11 @@ void ApplyField(ClipInfo& clip, char key, std::string_view value, const std::str
         clip.layout = LayoutFor(value, name);
         break;
     case 'X':
-        clip.fullRange = clip.fullRange || value == "COLORRANGE=FULL";
+        if (value == "COLORRANGE=FULL") {
+            clip.fullRange = true;
+        } else if (!value.starts_with("YSCSS=")) { // that one names the chroma once more
+            clip.comments += " X" + std::string(value);
+        }
         break;
     default: // unknown fields are to be ignored
         break;
@@ -91,6 +110,17 @@ std::string_view TakeWord(std::string_view& line) {
     const std::string_view word = line.substr(0, line.find(' '));
     line.remove_prefix(word.size());
     return word;
+}
+
+// The word of a FRAME line that tells its sampling: I, then three characters; empty where there is none.
+std::string_view FieldsOf(std::string_view frameLine) {
+    TakeWord(frameLine);
+    for (std::string_view word = TakeWord(frameLine); !word.empty(); word = TakeWord(frameLine)) {
+        if (word.size() == 4 && word[0] == 'I') {
+            return word;
+        }
+    }
+    return {};
 }
 
 } // namespace
@@ -120,29 +150,34 @@ bool IsY4mFrameLine(std::string_view line) {
 }
 
 bool Y4mFrameHasFieldChroma(std::string_view frameLine, bool otherwise) {
-    TakeWord(frameLine);
-    for (std::string_view word = TakeWord(frameLine); !word.empty(); word = TakeWord(frameLine)) {
-        // I, then presentation, temporal and spatial (chroma) sampling
-        if (word.size() == 4 && word[0] == 'I' && word[3] != '?') {
-            return word[3] == 'i';
-        }
-    }
-    return otherwise;
+    const std::string_view word = FieldsOf(frameLine);
+    return word.empty() || word[3] == '?' ? otherwise : word[3] == 'i';
 }
 
-std::string FormatY4mHeader(Layout layout, int width, int height, Rational rate, std::optional<Rational> aspect,
-                            bool fullRange) {
-    std::string line(kMagic);
-    line += " W" + std::to_string(width) + " H" + std::to_string(height);
-    line += " F" + std::to_string(rate.numerator) + ":" + std::to_string(rate.denominator) + " Ip";
-    if (aspect) {
-        line += " A" + std::to_string(aspect->numerator) + ":" + std::to_string(aspect->denominator);
+Scan Y4mFrameScan(std::string_view frameLine) {
+    const std::string_view word = FieldsOf(frameLine);
+    switch (word.empty() ? '?' : word[1]) {
+    case 't':
+    case 'T':
+        return word[2] == 'p' ? Scan::Progressive : Scan::TopFirst;
+    case 'b':
+    case 'B':
+        return word[2] == 'p' ? Scan::Progressive : Scan::BottomFirst;
+    case '1':
+    case '2':
+    case '3':
+        return Scan::Progressive;
+    default:
+        return word.empty() || word[2] != 'i' ? Scan::Unknown : Scan::Interlaced;
     }
-    line += layout == Layout::Planar444 ? " C444" : " C422";
-    if (fullRange) {
-        line += " XCOLORRANGE=FULL";
-    }
-    return line + "\n";
+}
+
+std::string_view Y4mFrameWord(Scan scan) {
+    return WordOf(scan).frame;
+}
+
+char Y4mScanLetter(Scan scan) {
+    return WordOf(scan).letter;
 }
 
 } // namespace host

@@ -3,7 +3,6 @@
 
 #include "host/formats/FrameSource.h"
 
-#include <string>
 #include <string_view>
 
 namespace host {
@@ -20,8 +19,12 @@ bool IsY4mFrameLine(std::string_view line);
 // nothing.
 bool Y4mFrameHasFieldChroma(std::string_view frameLine, bool otherwise);
 
-// The header of a progressive stream of Planar422 or Planar444, with its line end.
-std::string FormatY4mHeader(Layout layout, int width, int height, Rational rate, std::optional<Rational> aspect,
-                            bool fullRange);
+// What a FRAME line of a mixed stream says of the frame; Unknown where it says nothing.
+Scan Y4mFrameScan(std::string_view frameLine);
+// That of a FRAME line: five characters, blank and all.
+std::string_view Y4mFrameWord(Scan scan);
+
+// The header's word on the lines of a stream: one letter. Y4M has none for interlaced frames of an unknown order.
+char Y4mScanLetter(Scan scan);
 
 } // namespace host

@@ -43,8 +43,8 @@ public:
         if (got != m_frameBytes) {
             ThrowCutOff(m_input, m_next, got, m_frameBytes);
         }
-        const bool interlaced = m_info.scan == Scan::Interlaced || m_info.scan == Scan::Mixed;
-        m_fieldChroma = Y4mFrameHasFieldChroma(*line, interlaced);
+        m_fieldChroma = Y4mFrameHasFieldChroma(*line, MayBeInterlaced(m_info.scan));
+        m_scan = m_info.scan == Scan::Mixed ? Y4mFrameScan(*line) : m_info.scan;
         ++m_next;
         return true;
     }
@@ -52,6 +52,7 @@ public:
     FrameView Frame() const override { return PlanarFrame(m_info.layout, m_info.width, m_info.height, m_frame.Data()); }
 
     bool FieldChroma() const override { return m_fieldChroma; }
+    Scan FrameScan() const override { return m_scan; }
 
 private:
     CInputStream& m_input;
@@ -60,6 +61,7 @@ private:
     CFrameBytes m_frame;
     std::uint64_t m_next = 0;
     bool m_fieldChroma = false;
+    Scan m_scan = Scan::Unknown;
 };
 
 } // namespace

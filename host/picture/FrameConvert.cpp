@@ -76,12 +76,13 @@ void TakeApart(std::uint8_t* a, std::uint8_t* b, std::uint8_t* c, const std::uin
 
 } // namespace
 
-CFrameConverter::CFrameConverter(Layout from, Layout to, int width, int height, bool fullRange)
+CFrameConverter::CFrameConverter(Layout from, Layout to, int width, int height, bool fullRange,
+                                 std::optional<bool> bt709)
     : m_from(from)
     , m_to(to)
     , m_width(width)
     , m_halfWidth((width + 1) / 2)
-    , m_matrix(IsHighDefinition(height), fullRange)
+    , m_matrix(bt709.value_or(IsHighDefinition(height)), fullRange)
     , m_workStride((static_cast<std::size_t>(width) + 63) & ~std::size_t{31})
     , m_work(m_workStride * kWorkRows) {}
 

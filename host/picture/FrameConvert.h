@@ -4,6 +4,7 @@
 #include "host/picture/ColorMatrix.h"
 #include "host/picture/Frame.h"
 
+#include <optional>
 #include <vector>
 
 namespace host {
@@ -13,7 +14,8 @@ namespace host {
 class CFrameConverter {
 public:
     // The width must be even when either layout shares chroma between two pixels in one word (Yuy2, Uyvy).
-    CFrameConverter(Layout from, Layout to, int width, int height, bool fullRange);
+    // Without a word on the matrix the height decides (IsHighDefinition).
+    CFrameConverter(Layout from, Layout to, int width, int height, bool fullRange, std::optional<bool> bt709 = {});
 
     // Both frames have the layouts and size given above. `fieldChroma` matters for 4:2:0 only (ChromaRows.h).
     void Convert(const FrameView& in, const FrameTarget& out, bool fieldChroma);

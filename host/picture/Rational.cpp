@@ -52,6 +52,14 @@ std::optional<double> ParseDecimal(std::string_view text) {
     return value;
 }
 
+std::optional<Rational> ReducedRatio(std::uint64_t a, std::uint64_t b) {
+    const std::uint64_t common = std::gcd(a, b);
+    if (a == 0 || b == 0 || a / common > UINT32_MAX || b / common > UINT32_MAX) {
+        return std::nullopt;
+    }
+    return Rational{static_cast<std::uint32_t>(a / common), static_cast<std::uint32_t>(b / common)};
+}
+
 std::optional<Rational> ParseRate(std::string_view text) {
     const std::size_t mark = text.find_first_of("/:");
     if (mark == std::string_view::npos) {

@@ -19,6 +19,9 @@ struct Rational {
 // these limits the time of a frame fits whatever a file says it in.
 std::optional<Rational> UsableRate(Rational rate);
 
+// a / b in its lowest terms; nothing when either is 0 or does not fit.
+std::optional<Rational> ReducedRatio(std::uint64_t a, std::uint64_t b);
+
 // "25", "29.97", "30000/1001" or "30000:1001"; nothing unless the rate is usable. The decimals that stand for NTSC
 // rates (23.976, 29.97, 59.94, ...) become their exact fraction over 1001.
 std::optional<Rational> ParseRate(std::string_view text);

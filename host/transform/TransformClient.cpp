@@ -20,6 +20,10 @@ GUID SubtypeOf(Pixels pixels) {
     return {fourcc != 0 ? fourcc : 20, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
 }
 
+SettingsFrame SettingsFrameOf(const StreamShape& shape) {
+    return {shape.width, shape.height, TraitsOf(shape.pixels).bottomUp};
+}
+
 void Must(HRESULT result, const char* what) {
     Check(result, ExitCode::Transform, what);
 }
@@ -81,7 +85,7 @@ CTransformClient::CTransformClient(const Options& options, const StreamShape& sh
     , m_outputBytes(m_output.Lock()) {
     Must(m_transform->QueryInterface(IID_PPV_ARGS(m_control.GetAddressOf())), "the transform has no control interface");
     SetTypes();
-    ApplySettings(*m_control.Get(), options, {shape.width, shape.height, TraitsOf(shape.pixels).bottomUp});
+    ApplySettings(*m_control.Get(), options, SettingsFrameOf(shape));
     Start();
 }
 
@@ -114,7 +118,7 @@ void CTransformClient::SetTypes() {
 }
 
 void CTransformClient::Start() {
-    m_active = ReadActiveSettings(*m_control.Get());
+    m_active = ReadActiveSettings(*m_control.Get(), SettingsFrameOf(m_shape));
     UINT64 time = 0;
     Must(MFFrameRateToAverageTimePerFrame(m_shape.rate.numerator, m_shape.rate.denominator, &time),
          "the frame rate cannot be used");

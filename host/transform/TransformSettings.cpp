@@ -3,6 +3,8 @@
 #include "host/HostError.h"
 #include "host/console/Text.h"
 
+#include <algorithm>
+
 namespace host {
 
 namespace {
@@ -79,6 +81,30 @@ void ApplyRegion(INMFVDeinterlace& control, const Area& area) {
     }
 }
 
+// The picture's rows that the region of interest has, or all of them. Edges as they were turned over for the transform.
+Area ReadArea(INMFVDeinterlace& control, const SettingsFrame& frame) {
+    const Area whole{0, 0, frame.width, frame.height};
+    VARIANT_BOOL enabled = VARIANT_FALSE;
+    Must(control.get_EnableROI(&enabled), "to tell its region");
+    if (!enabled) {
+        return whole;
+    }
+    long edges[4] = {};
+    Must(control.get_ROILeft(&edges[0]), "to tell its region");
+    Must(control.get_ROITop(&edges[1]), "to tell its region");
+    Must(control.get_ROIRight(&edges[2]), "to tell its region");
+    Must(control.get_ROIBottom(&edges[3]), "to tell its region");
+    const Area area{edges[0], edges[1], std::min<int>(edges[2], frame.width), std::min<int>(edges[3], frame.height)};
+    return frame.bottomUp ? area : Area{area.left, frame.height - area.bottom, area.right, frame.height - area.top};
+}
+
+// The transform counts rows from the area's first in memory.
+void ApplyKeep(INMFVDeinterlace& control, bool top, const SettingsFrame& frame) {
+    const Area area = ReadArea(control, frame);
+    const int first = frame.bottomUp ? area.bottom - 1 : area.top;
+    Must(control.put_Even(Flag((first % 2 == 0) == top)), "--keep");
+}
+
 void ApplyProtectedArea(INMFVDeinterlace& control, const Area& area) {
     Must(control.SetProtectedAreaParams(area.left, area.right, area.top, area.bottom), "--protect");
     Must(control.put_EnableProtectedArea(VARIANT_TRUE), "--protect");
@@ -130,6 +156,9 @@ void ApplySettings(INMFVDeinterlace& control, const Options& options, const Sett
     if (options.protectedArea) {
         ApplyProtectedArea(control, ForTransform(*options.protectedArea, frame, "--protect"));
     }
+    if (options.keepTop) {
+        ApplyKeep(control, *options.keepTop, frame);
+    }
     if (options.pattern) {
         ApplyPattern(control, *options.pattern);
     }
@@ -148,13 +177,14 @@ void ApplySettings(INMFVDeinterlace& control, const Options& options, const Sett
     }
 }
 
-ActiveSettings ReadActiveSettings(INMFVDeinterlace& control) {
+ActiveSettings ReadActiveSettings(INMFVDeinterlace& control, const SettingsFrame& frame) {
     VARIANT_BOOL enabled = VARIANT_FALSE;
     VARIANT_BOOL automatic = VARIANT_FALSE;
     ActiveSettings active;
     Must(control.get_Enabled(&enabled), "to tell its mode");
     Must(control.get_AutoDeinterlace(&automatic), "to tell its mode");
     Must(control.get_AutoDeinterlaceSensitivity(&active.sensitivity), "to tell its sensitivity");
+    active.area = ReadArea(control, frame);
     active.mode = !enabled ? Mode::Off : automatic ? Mode::Auto : Mode::All;
     return active;
 }

@@ -23,7 +23,8 @@ void ApplySettings(INMFVDeinterlace& control, const Options& options, const Sett
 struct ActiveSettings {
     Mode mode = Mode::Auto;
     double sensitivity = 1.0;
+    Area area; // of the picture, that is deinterlaced
 };
-ActiveSettings ReadActiveSettings(INMFVDeinterlace& control);
+ActiveSettings ReadActiveSettings(INMFVDeinterlace& control, const SettingsFrame& frame);
 
 } // namespace host

@@ -253,6 +253,44 @@ TEST(Avi, RefusesWhatItCannotReadAndSaysWhy) {
     }
 }
 
+// Sound and text between the frames, in files of one part and of several: what is read again is what was written.
+TEST(Avi, CarriesSideStreamsAndWordsOnThePicture) {
+    for (const std::uint64_t partBytes : {std::uint64_t{100}, std::uint64_t{1} << 30}) {
+        SinkFormat format{Pixels::Iyu2, 4, 2, {25, 1}, Rational{64, 45}, false};
+        format.scan = Scan::TopFirst;
+        for (const char* const type : {"auds", "txts"}) {
+            Bytes header = FromText(type);
+            header.resize(56);
+            format.side.push_back({"", header, FromText("four and more")});
+        }
+        CMemoryWriter writer;
+        const auto sink = MakeAviSink(writer, format, partBytes);
+        std::vector<std::pair<std::size_t, Bytes>> packets;
+        for (unsigned i = 0; i < 6; ++i) {
+            packets.emplace_back(i % 2, RandomBytes(3 + 7 * i, i));
+            sink->WriteSide(i % 2, FourCc('9', '9', 'w', 'b'), packets.back().second);
+            sink->Write(RandomBytes(24, i).data(), Scan::BottomFirst);
+        }
+        sink->Finish(Scan::BottomFirst);
+
+        CMemoryReader reader(writer.Written(), 50);
+        CInputStream input(reader);
+        const auto source = OpenAvi(input);
+        EXPECT_EQ(source->Info().aspect, format.aspect);
+        EXPECT_EQ(source->Info().scan, Scan::BottomFirst);
+        ASSERT_EQ(source->Info().sideStreams.size(), 2u);
+        EXPECT_EQ(source->Info().sideStreams[0].kind + source->Info().sideStreams[1].kind, "audiotext");
+        EXPECT_EQ(source->Info().sideStreams[1].header, format.side[1].header);
+        EXPECT_EQ(source->Info().sideStreams[1].format, format.side[1].format);
+        std::vector<std::pair<std::size_t, Bytes>> back;
+        source->SetSidePackets([&back](std::size_t stream, std::uint32_t, auto bytes) {
+            back.emplace_back(stream, Bytes(bytes.begin(), bytes.end()));
+        });
+        EXPECT_EQ(ReadAll(*source).size(), 6u);
+        EXPECT_EQ(back, packets) << "parts of " << partBytes;
+    }
+}
+
 TEST(Avi, PipesAreRefused) {
     CMemoryWriter pipe(false);
     const Thrown error = ErrorOf([&] { MakeAviSink(pipe, {}); });

@@ -13,7 +13,7 @@ void DoNothing(const Command&) {}
 
 constexpr std::string_view kFewOptions[] = {"--dll", "--quiet"};
 constexpr VerbRow kVerbs[] = {
-    {"deinterlace", "INPUT OUTPUT", "the first", 2, 2, &DoNothing},
+    {"deinterlace", "INPUT OUTPUT", "the first", 1, 2, &DoNothing},
     {"analyse", "INPUT", "the second", 1, 1, &DoNothing},
     {"verify", "", "the third", 0, 0, &DoNothing, kFewOptions},
 };
@@ -35,6 +35,8 @@ TEST(Command, FilesAndVerbs) {
         {"a.y4m b.y4m", "deinterlace", "a.y4m", "b.y4m", OutputKind::Y4m},
         {"deinterlace a.y4m B.AVI", "deinterlace", "a.y4m", "B.AVI", OutputKind::Avi},
         {"- -", "deinterlace", "-", "-", OutputKind::Y4m},
+        {"a.y4m", "deinterlace", "a.y4m", "", OutputKind::None},
+        {"a.y4m b.y4m c.avi --out-dir d", "deinterlace", "a.y4m", "", OutputKind::None},
         {"- - --to raw", "deinterlace", "-", "-", OutputKind::Raw},
         {"a.y4m --to none", "deinterlace", "a.y4m", "", OutputKind::None},
         {"--mode all a b --to=avi", "deinterlace", "a", "b", OutputKind::Avi},
@@ -59,7 +61,6 @@ TEST(Command, EveryMistakeIsNamed) {
         const char* said;
     } kCases[] = {
         {"", "no input"},
-        {"a.y4m", "no output"},
         {"a b c --to y4m", "\"c\" is one word too many"},
         {"a.y4m b.y4m --to none", "\"b.y4m\" is one word too many"},
         {"a.y4m b.mp4", "--to"},
@@ -74,10 +75,10 @@ TEST(Command, EveryMistakeIsNamed) {
         {"a b.y4m --sensitivity 0.0009", "0.001 to 8"},
         {"a b.y4m --sensitivity 8.1", "0.001 to 8"},
         {"a b.y4m --sensitivity nan", "0.001 to 8"},
-        {"a b.y4m --roi 10,0,10,5", "LEFT,TOP,RIGHT,BOTTOM"},
-        {"a b.y4m --roi 0,5,10,5", "LEFT,TOP,RIGHT,BOTTOM"},
+        {"a b.y4m --roi 10,0,10,5", "its right edge, 10, must be beyond the left one, 10"},
+        {"a b.y4m --roi 0,5,10,5", "its bottom edge, 5,"},
         {"a b.y4m --roi 0,0,10", "LEFT,TOP,RIGHT,BOTTOM"},
-        {"a b.y4m --roi -1,0,10,5", "LEFT,TOP,RIGHT,BOTTOM"},
+        {"a b.y4m --roi -1,0,10,5", "its left edge \"-1\""},
         {"a b.y4m --pattern 1,2,3", "PREAMBLE"},
         {"a b.y4m --segment 108000000,all", "START"},
         {"a b.y4m --segment 0:60:00,all", "START"},
@@ -89,6 +90,11 @@ TEST(Command, EveryMistakeIsNamed) {
         {"a b.y4m --from raw", "--raw"},
         {"a b.y4m --from avi --raw 2x2:yuy2@25", "give one"},
         {"a b.y4m --raw 3x2:yuy2@25", "even width"},
+        {"a b.y4m --even --odd", "exclude each other"},
+        {"a b.y4m --keep top --odd", "give one"},
+        {"a b.y4m --method merge --even", "keeps none"},
+        {"a b.y4m --mode all --sensitivity 1", "--mode auto only"},
+        {"a - --json", "standard output"},
         {"analise a", "did you mean analyse?"},
         {"verify a", "\"a\" is one word too many. Usage: nmfvdeint verify"},
         {"verify --dll x.dll --mode all", "verify has no option --mode"},
@@ -118,7 +124,7 @@ TEST(Command, SettingsArriveInTheOptions) {
     EXPECT_EQ(o.segmentsAsTimes, false);
     EXPECT_TRUE(o.save && o.saved && o.force && o.quiet && o.keepCutOff);
     EXPECT_EQ(o.lines, LineSampling::Interlaced);
-    EXPECT_EQ(Parse("a b.y4m --even --odd").options.even, false);
+    EXPECT_TRUE(Parse("a b.y4m --method merge --odd --mode all --sensitivity 1 --save").options.save);
     EXPECT_FALSE(Parse("a b.y4m").options.even);
 }
 
@@ -141,6 +147,12 @@ TEST(Command, SegmentsAndStills) {
     EXPECT_EQ(o.stills[2].path, "z,1.png");
 }
 
+TEST(Command, OutputsGetNamesOfTheirOwn) {
+    EXPECT_EQ(OutputBeside("x/a.b.Y4M", "", {}), "x/a.b-deinterlaced.y4m");
+    EXPECT_EQ(OutputBeside("C:\\x\\clip.mp4", "out", {}), "out/clip-deinterlaced.avi");
+    EXPECT_EQ(OutputBeside("x.y/clip", "out/", OutputKind::Raw), "out/clip-deinterlaced.raw");
+}
+
 TEST(Command, HelpNamesEverythingWithinALine) {
     const std::string help = HelpText(kVerbs);
     for (const OptionRow& row : AllOptions()) {
@@ -155,6 +167,12 @@ TEST(Command, HelpNamesEverythingWithinALine) {
 }
 
 TEST(Command, HelpNeedsNoFiles) {
+    EXPECT_TRUE(Parse("/?").options.help);
+    const Command analyse = Parse("verify -?");
+    EXPECT_TRUE(analyse.options.help && analyse.isVerbNamed);
+    const std::string help = VerbHelpText(kVerbs, *analyse.verb);
+    EXPECT_NE(help.find("--dll"), help.npos);
+    EXPECT_EQ(help.find("--mode"), help.npos) << help;
     EXPECT_TRUE(Parse("--help").options.help);
     EXPECT_TRUE(Parse("-h nonsense").options.help);
     EXPECT_TRUE(Parse("--version").options.version);

@@ -36,7 +36,7 @@ Bytes WriteClip(std::unique_ptr<IFrameSink> (*make)(IByteWriter& writer)) {
     return writer.Written();
 }
 
-constexpr SinkFormat kFormat{Pixels::Yuy2, 4, 2, {25, 1}, {}, false};
+const SinkFormat kFormat{Pixels::Yuy2, 4, 2, {25, 1}, {}, false};
 
 Sample AviSample(const char* name, Bytes file) {
     const std::size_t indexBegins = FindLast(file, "ix00");

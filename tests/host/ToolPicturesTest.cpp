@@ -1,4 +1,5 @@
 // What the program makes of pictures, against an oracle of the pixel rules.
+#include "host/formats/Y4mSource.h"
 #include "tests/host/ToolRun.h"
 #include "tests/support/OraclePixels.h"
 
@@ -64,23 +65,32 @@ TEST_F(ToolPictures, EveryFormatAndMethodFollowsTheRules) {
     }
 }
 
+// A Y4M file's planes, without its text lines.
+Bytes Pictures(const Bytes& file) {
+    CMemoryReader reader(file);
+    CInputStream input(reader);
+    const auto source = OpenY4m(input);
+    Bytes pictures;
+    for (const Bytes& picture : ReadAll(*source)) {
+        pictures.insert(pictures.end(), picture.begin(), picture.end());
+    }
+    return pictures;
+}
+
 TEST_F(ToolPictures, PipesAndFilesAndFormatsAgree) {
     const Bytes clip = MakeY4m(32, 24, 6, {1, 2});
     Write("in.y4m", clip);
     ASSERT_EQ(Run("in.y4m file.y4m").code, 0u);
-    const Bytes want = Read("file.y4m");
-    EXPECT_NE(want, clip);
+    const Bytes want = Pictures(Read("file.y4m"));
+    EXPECT_NE(want, Pictures(clip));
 
     const ToolResult piped = Run("- -", {clip});
     EXPECT_EQ(piped.code, 0u) << piped.errors;
-    EXPECT_EQ(piped.output, want);
+    EXPECT_EQ(Pictures(piped.output), want);
 
-    // By way of AVI, which says nothing of the pixels' aspect.
     ASSERT_EQ(Run("in.y4m between.avi").code, 0u);
     ASSERT_EQ(Run("between.avi again.y4m --mode off").code, 0u);
-    const Bytes again = Read("again.y4m");
-    const auto frames = [](const Bytes& file) { return Bytes(std::find(file.begin(), file.end(), '\n'), file.end()); };
-    EXPECT_EQ(frames(again), frames(want));
+    EXPECT_EQ(Pictures(Read("again.y4m")), want);
 }
 
 TEST_F(ToolPictures, ThePlatformsReaderTakesOddWidths) {

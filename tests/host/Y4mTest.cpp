@@ -2,11 +2,13 @@
 #include "host/formats/FrameSink.h"
 #include "host/formats/InputKind.h"
 #include "host/formats/RawStream.h"
+#include "host/formats/ScanLabels.h"
 #include "host/formats/Y4mHeader.h"
 #include "host/formats/Y4mSource.h"
 #include "tests/host/MemoryStreams.h"
 
 #include <algorithm>
+#include <sstream>
 #include <utility>
 
 namespace host {
@@ -22,10 +24,11 @@ TEST(Y4m, ReadsHeaders) {
         bool fullRange;
     };
     constexpr Case kCases[] = {
-        {"YUV4MPEG2 W720 H576 F25:1 It A59:54 C422", Layout::Planar422, 720, 576, Scan::Interlaced, 25, false},
+        {"YUV4MPEG2 W720 H576 F25:1 It A59:54 C422", Layout::Planar422, 720, 576, Scan::TopFirst, 25, false},
         {"YUV4MPEG2 W2 H1 F30000:1001 Ip C420mpeg2 XYSCSS=420MPEG2", Layout::Planar420, 2, 1, Scan::Progressive,
          30000.0 / 1001, false},
-        {"YUV4MPEG2  H576  W720 C420paldv Ib XCOLORRANGE=FULL", Layout::Planar420, 720, 576, Scan::Interlaced, 0, true},
+        {"YUV4MPEG2  H576  W720 C420paldv Ib XCOLORRANGE=FULL", Layout::Planar420, 720, 576, Scan::BottomFirst, 0,
+         true},
         {"YUV4MPEG2 W8 H8 F0:0 I?", Layout::Planar420, 8, 8, Scan::Unknown, 0, false},
         {"YUV4MPEG2 W8 H8 F1:4294967295", Layout::Planar420, 8, 8, Scan::Unknown, 0, false},
         {"YUV4MPEG2 W8 H8 F50:2 Im C444", Layout::Planar444, 8, 8, Scan::Mixed, 25, false},
@@ -58,6 +61,75 @@ TEST(Y4m, RefusesHeadersAndSaysWhy) {
     };
     for (const auto& c : kCases) {
         ExpectError(ExitCode::Input, c.said, c.line, [&] { ParseY4mHeader(c.line, "clip.y4m"); });
+    }
+}
+
+// A clip of four frames, of which `deinterlaced` say '#', goes through; what its lines are called then.
+struct LabelCase {
+    Scan input;
+    Deinterlaced which;
+    const char* deinterlaced;
+    bool seekable;
+    const char* header;
+    const char* lines; // what follows FRAME, of each frame
+};
+constexpr LabelCase kLabels[] = {
+    {Scan::BottomFirst, Deinterlaced::None, "....", true, "Ib", "|||"},
+    {Scan::TopFirst, Deinterlaced::All, "####", false, "Ip", "|||"},
+    {Scan::TopFirst, Deinterlaced::Some, "....", true, "It", "     |     |     |     "},
+    {Scan::TopFirst, Deinterlaced::Some, "####", true, "Ip", "     |     |     |     "},
+    {Scan::TopFirst, Deinterlaced::Some, ".##.", true, "Im", " Iti?| I1p?| I1p?| Iti?"},
+    {Scan::BottomFirst, Deinterlaced::Some, "###.", false, "Ib", "|||"}, // a pipe: too late to say more
+    {Scan::Mixed, Deinterlaced::Some, "##..", false, "Im", " I1p?| I1p?| Ibi?| I???"},
+    {Scan::Mixed, Deinterlaced::Some, "####", true, "Ip", "     |     |     |     "},
+    {Scan::Progressive, Deinterlaced::Some, ".#..", true, "Ip", "|||"},
+    {Scan::Unknown, Deinterlaced::Some, ".#..", true, "I?", "     |     |     |     "},
+    {Scan::Interlaced, Deinterlaced::None, "....", true, "I?", "|||"},
+};
+
+std::string LabelledClip(const LabelCase& c) {
+    constexpr Scan kMixed[] = {Scan::TopFirst, Scan::Progressive, Scan::BottomFirst, Scan::Unknown};
+    CScanLabels labels(c.input, c.which);
+    SinkFormat format{Pixels::Iyu2, 1, 1, {25, 1}, {}, false};
+    format.scan = labels.AtFirst();
+    format.scanMayChange = labels.MayChange();
+    CMemoryWriter writer(c.seekable);
+    const auto sink = MakeY4mSink(writer, format);
+    const Bytes frame = FromText("UYV ");
+    for (std::size_t i = 0; i < 4; ++i) {
+        const Scan scan = c.input == Scan::Mixed ? kMixed[i] : c.input;
+        sink->Write(frame.data(), labels.Next(scan, c.deinterlaced[i] == '#'));
+    }
+    sink->Finish(labels.AtLast());
+    return {writer.Written().begin(), writer.Written().end()};
+}
+
+TEST(Y4m, SaysOfLinesWhatIsTrue) {
+    for (const LabelCase& c : kLabels) {
+        const std::string name = std::to_string(static_cast<int>(c.input)) + c.deinterlaced;
+        std::istringstream lines(LabelledClip(c));
+        std::string header, line, words;
+        std::getline(lines, header);
+        EXPECT_EQ(header, "YUV4MPEG2 W1 H1 F25:1 " + std::string(c.header) + " C444") << name;
+        for (int i = 0; i < 4; ++i) {
+            std::getline(lines, line);
+            words += (i == 0 ? "" : "|") + line.substr(5);
+            EXPECT_EQ(line.substr(0, 5), "FRAME") << name;
+            lines.read(line.data(), 3);
+            EXPECT_EQ(line.substr(0, 3), "YUV") << name;
+        }
+        EXPECT_EQ(words, c.lines) << name;
+        EXPECT_EQ(lines.peek(), EOF) << name;
+    }
+}
+
+TEST(Y4m, ReadsWordsOfFrames) {
+    constexpr std::pair<const char*, Scan> kCases[] = {
+        {"FRAME Itii", Scan::TopFirst},    {"FRAME X=1 IBip", Scan::BottomFirst}, {"FRAME I1pp", Scan::Progressive},
+        {"FRAME Itpp", Scan::Progressive}, {"FRAME I?i?", Scan::Interlaced},      {"FRAME", Scan::Unknown},
+    };
+    for (const auto& [line, scan] : kCases) {
+        EXPECT_EQ(Y4mFrameScan(line), scan) << line;
     }
 }
 

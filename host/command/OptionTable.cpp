@@ -131,7 +131,7 @@ std::string DescribeOptions(std::span<const OptionRow> rows, const std::function
     std::string out;
     std::string_view group;
     for (const OptionRow& row : rows) {
-        if (!isListed(row)) {
+        if (row.help.empty() || !isListed(row)) {
             continue;
         }
         if (row.group != group) {

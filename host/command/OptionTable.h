@@ -17,7 +17,7 @@ struct OptionRow {
     std::string_view group; // heading in the help
     std::string_view name;  // with its dashes
     std::string_view value;
-    std::string_view help;
+    std::string_view help; // empty: the help does not list it
     void (*apply)(Options& options, std::string_view value);
     int words = 1; // 2: the value may also stand as two arguments, which reach `apply` with a comma between them
     bool listedOnly = false; // only verbs whose own list names it know it

@@ -141,9 +141,8 @@ constexpr OptionRow kRows[] = {
      [](Options& o, std::string_view) { o.save = true; }},
     {kWhere, "--no-save", "", "pages: leave the saved settings as they were, whatever is applied.",
      [](Options& o, std::string_view) { o.noSave = true; }, 1, true},
-    {kWhere, "--sheet", "platform|own",
-     "pages: the window around them. Normally the platform's property frame, and this program's own under Wine, whose "
-     "frame shows pages but applies nothing.",
+    // pages: the window around them, for tests and for trying out what ShowPages chooses.
+    {kWhere, "--sheet", "platform|own", "",
      [](Options& o, std::string_view v) { o.sheet = PickWord<SheetKind>("--sheet", v, kSheets); }, 1, true},
 
     {kStored, "--protect", "L,T,R,B",

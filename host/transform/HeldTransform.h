@@ -1,9 +1,12 @@
 // A transform object that leaves no trace in the user's saved settings.
 #pragma once
 
+#include "host/console/Text.h"
 #include "host/transform/TransformModule.h"
 
+#include <NMFVDeinterlace.h>
 #include <mftransform.h>
+#include <wrl/client.h>
 
 namespace host {
 
@@ -27,5 +30,13 @@ private:
     CTransformModule m_module;
     IMFTransform* m_transform;
 };
+
+// Throws HostError with ExitCode::Transform.
+inline Microsoft::WRL::ComPtr<INMFVDeinterlace> ControlOf(CHeldTransform& transform) {
+    Microsoft::WRL::ComPtr<INMFVDeinterlace> control;
+    Check(transform->QueryInterface(IID_PPV_ARGS(control.GetAddressOf())), ExitCode::Transform,
+          "the transform has no control interface");
+    return control;
+}
 
 } // namespace host

@@ -79,11 +79,11 @@ CTransformClient::CTransformClient(const Options& options, const StreamShape& sh
     , m_shape(shape)
     , m_frameBytes(FrameSize(shape.pixels, shape.width, shape.height))
     , m_transform(options)
+    , m_control(ControlOf(m_transform))
     , m_input(m_frameBytes)
     , m_output(m_frameBytes)
     , m_inputBytes(m_input.Lock())
     , m_outputBytes(m_output.Lock()) {
-    Must(m_transform->QueryInterface(IID_PPV_ARGS(m_control.GetAddressOf())), "the transform has no control interface");
     SetTypes();
     ApplySettings(*m_control.Get(), options, SettingsFrameOf(shape));
     Start();

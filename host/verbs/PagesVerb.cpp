@@ -13,6 +13,7 @@
 #include "host/pages/UserInterface.h"
 
 #include <algorithm>
+#include <vector>
 
 using Microsoft::WRL::ComPtr;
 
@@ -39,17 +40,37 @@ private:
     ComPtr<IMFAttributes> m_copy;
 };
 
+// One segment as the control interface tells it.
+struct SegmentCopy {
+    hyper frame = 0;
+    long time[4] = {};
+    SEGMENT_OPERATION_MODE mode = MODE_NO_DEINTERLACE;
+    long pattern[3] = {};
+    VARIANT_BOOL preamble = VARIANT_FALSE;
+
+    bool operator==(const SegmentCopy&) const = default;
+};
+
+// The segments are in no store.
+std::vector<SegmentCopy> SegmentsOf(INMFVDeinterlace& control) {
+    long count = 0;
+    (void)control.get_SegmentsCount(&count);
+    std::vector<SegmentCopy> segments(static_cast<std::size_t>(std::max(count, 0L)));
+    for (long i = 0; i < count; ++i) {
+        SegmentCopy& segment = segments[static_cast<std::size_t>(i)];
+        (void)control.GetSegmentStartFrame(i, &segment.frame);
+        (void)control.GetSegmentStartTime(i, &segment.time[0], &segment.time[1], &segment.time[2], &segment.time[3]);
+        (void)control.GetSegmentOperationMode(i, &segment.mode);
+        (void)control.GetSegmentPattern(i, &segment.pattern[0], &segment.pattern[1], &segment.pattern[2],
+                                        &segment.preamble);
+    }
+    return segments;
+}
+
 ComPtr<IMFAttributes> StoreOf(CHeldTransform& transform) {
     ComPtr<IMFAttributes> store;
     Check(transform->GetAttributes(store.GetAddressOf()), ExitCode::Transform, "the transform has no settings");
     return store;
-}
-
-ComPtr<INMFVDeinterlace> ControlOf(CHeldTransform& transform) {
-    ComPtr<INMFVDeinterlace> control;
-    Check(transform->QueryInterface(IID_PPV_ARGS(control.GetAddressOf())), ExitCode::Transform,
-          "the transform has no control interface");
-    return control;
 }
 
 void Report(const Options& options, const char* text) {
@@ -73,7 +94,9 @@ void ShowPages(CHeldTransform& transform, const Options& options) {
 // it is applied: unless the settings are to be saved in the end, that is undone.
 void EditSettings(CHeldTransform& transform, const Options& options) {
     const ComPtr<IMFAttributes> store = StoreOf(transform);
+    const ComPtr<INMFVDeinterlace> control = ControlOf(transform);
     const CStoreCopy before(store);
+    const std::vector<SegmentCopy> segments = SegmentsOf(*control.Get());
     CSavedSettings saved(store);
     {
         const CDialogTimer timer([&saved] { saved.Look(); });
@@ -81,11 +104,14 @@ void EditSettings(CHeldTransform& transform, const Options& options) {
     }
     ThrowIfInterrupted();
     if (!before.Differs()) {
-        Report(options, "Nothing was changed; your saved settings are as they were.\n");
+        Report(options, SegmentsOf(*control.Get()) == segments
+                            ? "Nothing was changed; your saved settings are as they were.\n"
+                            : "Only segments were changed, which are never saved; your saved settings are as they "
+                              "were.\n");
     } else if (options.noSave) {
         Report(options, "What was applied is gone; your saved settings are as they were.\n");
     } else {
-        Check(ControlOf(transform)->SaveAttributes(), ExitCode::Transform, "the settings cannot be saved");
+        Check(control->SaveAttributes(), ExitCode::Transform, "the settings cannot be saved");
         saved.Keep();
         Report(options, "Your settings are saved.\n");
     }

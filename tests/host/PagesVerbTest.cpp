@@ -13,6 +13,8 @@ namespace {
 constexpr int kEnableDeinterlace = 1075;
 constexpr int kMergeFields = 1197;
 constexpr int kEnableRoi = 1080;
+constexpr int kAddSegment = 1173;
+constexpr int kSensitivity = 2095;
 
 // The settings of the user who runs the tests are put aside and back.
 class PagesVerb : public ToolTest {
@@ -22,7 +24,7 @@ protected:
         m_users = ReadSavedSettings();
         ForgetSavedSettings();
         const Bytes clip = MakeY4m(32, 24, 1, {0});
-        ASSERT_EQ(Run("- - --save --sensitivity 3.5", {clip}).code, 0u);
+        ASSERT_EQ(Run("- - --save --sensitivity 3.5 --pattern 0,1,1,off --use-pattern off", {clip}).code, 0u);
         m_saved = ReadSavedSettings();
         ASSERT_FALSE(m_saved.empty());
     }
@@ -76,6 +78,7 @@ TEST_F(PagesVerb, WhatIsAppliedIsSavedUnlessToldOtherwise) {
         {"pages", 0, kMergeFields, PSBTN_OK, true, "are saved"},
         {"pages", 0, kMergeFields, PSBTN_CANCEL, false, "Nothing was changed"},
         {"pages", 0, 0, PSBTN_OK, false, "Nothing was changed"},
+        {"pages", 0, kAddSegment, PSBTN_OK, false, "Only segments were changed"},
         {"pages --no-save", 0, kMergeFields, PSBTN_OK, false, "is gone"},
         {"pages", 1, kEnableRoi, PSBTN_APPLYNOW, true, "are saved"},
         {"pages --no-save", 1, kEnableRoi, PSBTN_APPLYNOW, false, "is gone"}, // the page itself saves
@@ -97,6 +100,36 @@ TEST_F(PagesVerb, WhatIsAppliedIsSavedUnlessToldOtherwise) {
         EXPECT_NE(result.errors.find(c.said), std::string::npos) << what;
         EXPECT_EQ(ReadSavedSettings() != m_saved, c.saved) << what;
     }
+}
+
+HWND FocusOf(HWND sheet) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(sheet, nullptr), &info);
+    return info.hwndFocus;
+}
+
+// Also behind the box in which it refuses a value.
+TEST_F(PagesVerb, APageStaysVisibleAndKeepsTheFocusWhenItIsApplied) {
+    const ToolResult result = RunWith("pages --no-save --sheet own", [](HWND sheet) {
+        const HWND merge = FindControl(sheet, kMergeFields);
+        SendMessageW(sheet, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(merge), TRUE);
+        Click(sheet, kMergeFields);
+        Apply(sheet);
+        Sleep(500);
+        EXPECT_EQ(FocusOf(sheet), merge);
+        SendMessageW(FindControl(sheet, kSensitivity), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"9"));
+        PressButton(sheet, PSBTN_APPLYNOW);
+        HWND box = sheet;
+        for (int i = 0; i < 100 && box == sheet; ++i) {
+            Sleep(50);
+            box = GetLastActivePopup(sheet);
+        }
+        EXPECT_NE(box, sheet);
+        EXPECT_NE(FindControl(sheet, kMergeFields), nullptr) << "blank behind the box";
+        PostMessageW(box, WM_COMMAND, IDOK, 0);
+    });
+    EXPECT_EQ(result.code, 0u) << result.errors;
 }
 
 // The region page saves when it is applied. That is undone, but never what another program saves.

@@ -124,7 +124,7 @@ void CTransformClient::Start() {
          "the frame rate cannot be used");
     m_timePerFrame = time;
     Message(MFT_MESSAGE_NOTIFY_BEGIN_STREAMING, "the beginning of streaming");
-    Message(MFT_MESSAGE_NOTIFY_START_OF_STREAM, "the start of the stream");
+    Restart();
 }
 
 void CTransformClient::Message(MFT_MESSAGE_TYPE message, const char* name) {

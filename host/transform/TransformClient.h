@@ -57,6 +57,8 @@ public:
     std::uint8_t* Input() { return m_inputBytes; }
     // Sends the input frame through; the frame that came out is valid until the next call.
     const std::uint8_t* Process();
+    // The stream begins anew: nothing is held.
+    void Restart() { Message(MFT_MESSAGE_NOTIFY_START_OF_STREAM, "the start of the stream"); }
     // Tells the transform that the stream has ended, and saves its settings when they are to be saved.
     void Finish();
 

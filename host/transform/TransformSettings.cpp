@@ -41,21 +41,34 @@ void ApplyMode(INMFVDeinterlace& control, Mode mode) {
 }
 
 // Picture coordinates as the transform counts them: from the last row in memory. That is the picture's top row where
-// frames are bottom-up; for the others the rectangle is turned over.
+// frames are bottom-up; for the others the rectangle is turned over. Done twice, it is as before.
+Area Turned(const Area& area, const SettingsFrame& frame) {
+    return frame.bottomUp ? area : Area{area.left, frame.height - area.bottom, area.right, frame.height - area.top};
+}
+
 Area ForTransform(const Area& area, const SettingsFrame& frame, const char* option) {
     if (area.right > frame.width || area.bottom > frame.height) {
         throw HostError(ExitCode::Usage, std::string(option) + " leaves the picture, which is " +
                                              std::to_string(frame.width) + "x" + std::to_string(frame.height) + ".");
     }
-    if (frame.bottomUp) {
-        return area;
-    }
-    return {area.left, frame.height - area.bottom, area.right, frame.height - area.top};
+    return Turned(area, frame);
+}
+
+Area ReadEdges(INMFVDeinterlace& control) {
+    long left = 0;
+    long top = 0;
+    long right = 0;
+    long bottom = 0;
+    Must(control.get_ROILeft(&left), "to tell its region");
+    Must(control.get_ROITop(&top), "to tell its region");
+    Must(control.get_ROIRight(&right), "to tell its region");
+    Must(control.get_ROIBottom(&bottom), "to tell its region");
+    return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right), static_cast<int>(bottom)};
 }
 
 // The edges are clamped against each other as they are put, the top and bottom against the values from before. Put from
 // the widest inwards, twice where the old value counts, every rectangle arrives as it is.
-void ApplyRegion(INMFVDeinterlace& control, const Area& area) {
+void PutEdges(INMFVDeinterlace& control, const Area& area) {
     const HRESULT results[] = {
         control.put_ROILeft(0),
         control.put_ROIRight(area.right),
@@ -65,17 +78,11 @@ void ApplyRegion(INMFVDeinterlace& control, const Area& area) {
         control.put_ROIBottom(area.bottom),
         control.put_ROIBottom(area.bottom),
         control.put_ROITop(area.top),
-        control.put_EnableROI(VARIANT_TRUE),
     };
     for (const HRESULT result : results) {
         Must(result, "--roi");
     }
-    long edges[4] = {};
-    Must(control.get_ROILeft(&edges[0]), "--roi");
-    Must(control.get_ROITop(&edges[1]), "--roi");
-    Must(control.get_ROIRight(&edges[2]), "--roi");
-    Must(control.get_ROIBottom(&edges[3]), "--roi");
-    if (edges[0] != area.left || edges[1] != area.top || edges[2] != area.right || edges[3] != area.bottom) {
+    if (ReadEdges(control) != area) {
         throw HostError(ExitCode::Transform, "the transform did not take the rectangle of --roi over its saved one; "
                                              "leave --saved away.");
     }
@@ -89,13 +96,10 @@ Area ReadArea(INMFVDeinterlace& control, const SettingsFrame& frame) {
     if (!enabled) {
         return whole;
     }
-    long edges[4] = {};
-    Must(control.get_ROILeft(&edges[0]), "to tell its region");
-    Must(control.get_ROITop(&edges[1]), "to tell its region");
-    Must(control.get_ROIRight(&edges[2]), "to tell its region");
-    Must(control.get_ROIBottom(&edges[3]), "to tell its region");
-    const Area area{edges[0], edges[1], std::min<int>(edges[2], frame.width), std::min<int>(edges[3], frame.height)};
-    return frame.bottomUp ? area : Area{area.left, frame.height - area.bottom, area.right, frame.height - area.top};
+    Area edges = ReadEdges(control);
+    edges.right = std::min(edges.right, frame.width);
+    edges.bottom = std::min(edges.bottom, frame.height);
+    return Turned(edges, frame);
 }
 
 // The transform counts rows from the area's first in memory.
@@ -151,7 +155,8 @@ void ApplySettings(INMFVDeinterlace& control, const Options& options, const Sett
         Must(control.put_AutoDeinterlaceSensitivity(*options.sensitivity), "--sensitivity");
     }
     if (options.region) {
-        ApplyRegion(control, ForTransform(*options.region, frame, "--roi"));
+        PutEdges(control, ForTransform(*options.region, frame, "--roi"));
+        Must(control.put_EnableROI(VARIANT_TRUE), "--roi");
     }
     if (options.protectedArea) {
         ApplyProtectedArea(control, ForTransform(*options.protectedArea, frame, "--protect"));
@@ -175,6 +180,14 @@ void ApplySettings(INMFVDeinterlace& control, const Options& options, const Sett
                                                                      : SEGMENT_TIME_FORMAT_FRAME),
              "--segments-as");
     }
+}
+
+Area ReadRegion(INMFVDeinterlace& control, const SettingsFrame& frame) {
+    return Turned(ReadEdges(control), frame);
+}
+
+void PutRegion(INMFVDeinterlace& control, const Area& area, const SettingsFrame& frame) {
+    PutEdges(control, Turned(area, frame));
 }
 
 ActiveSettings ReadActiveSettings(INMFVDeinterlace& control, const SettingsFrame& frame) {

@@ -19,6 +19,13 @@ struct SettingsFrame {
 // HostError, with ExitCode::Usage for a rectangle that leaves the picture, else with ExitCode::Transform.
 void ApplySettings(INMFVDeinterlace& control, const Options& options, const SettingsFrame& frame);
 
+// The region of interest in picture coordinates, whatever the frames' row order. What is stored may leave the frame,
+// and its edges may be the wrong way round. Throws HostError with ExitCode::Transform.
+Area ReadRegion(INMFVDeinterlace& control, const SettingsFrame& frame);
+// The area must lie within the frame, and hold a sample. Whether a region is used is left as it is. Throws HostError
+// with ExitCode::Transform.
+void PutRegion(INMFVDeinterlace& control, const Area& area, const SettingsFrame& frame);
+
 // What the transform does with frames under its present settings.
 struct ActiveSettings {
     Mode mode = Mode::Auto;

@@ -8,6 +8,7 @@
 #include "host/pages/PropertyFrame.h"
 #include "host/pages/PropertySheet.h"
 #include "host/transform/SavedSettings.h"
+#include "host/transform/StoreCopy.h"
 #include "host/console/Text.h"
 #include "host/transform/TransformClient.h"
 #include "host/pages/UserInterface.h"
@@ -20,25 +21,6 @@ using Microsoft::WRL::ComPtr;
 namespace host {
 
 namespace {
-
-// What is in the transform's store, to see later whether it changed.
-class CStoreCopy {
-public:
-    explicit CStoreCopy(ComPtr<IMFAttributes> store)
-        : m_store(std::move(store)) {
-        Check(MFCreateAttributes(m_copy.GetAddressOf(), 24), ExitCode::Transform, "the settings cannot be kept");
-        Check(m_store->CopyAllItems(m_copy.Get()), ExitCode::Transform, "the settings cannot be kept");
-    }
-
-    bool Differs() const {
-        BOOL same = FALSE;
-        return FAILED(m_store->Compare(m_copy.Get(), MF_ATTRIBUTES_MATCH_ALL_ITEMS, &same)) || !same;
-    }
-
-private:
-    ComPtr<IMFAttributes> m_store;
-    ComPtr<IMFAttributes> m_copy;
-};
 
 // One segment as the control interface tells it.
 struct SegmentCopy {
@@ -65,12 +47,6 @@ std::vector<SegmentCopy> SegmentsOf(INMFVDeinterlace& control) {
                                         &segment.preamble);
     }
     return segments;
-}
-
-ComPtr<IMFAttributes> StoreOf(CHeldTransform& transform) {
-    ComPtr<IMFAttributes> store;
-    Check(transform->GetAttributes(store.GetAddressOf()), ExitCode::Transform, "the transform has no settings");
-    return store;
 }
 
 void Report(const Options& options, const char* text) {

@@ -3,6 +3,7 @@
 #include "base/Handles.h"
 #include "host/live/LivePlayer.h"
 #include "host/live/LiveWindow.h"
+#include "host/player/LivePace.h"
 
 #include <exception>
 #include <future>
@@ -11,7 +12,8 @@
 namespace host {
 
 // A clip that plays through the transform in a window of its own, on a thread of its own, while the caller's thread
-// shows the property sheet. A change of the settings shows on the next frame. The user may close the window before.
+// shows the property sheet. A change of the settings shows on the next frame, or on the paused one. The user may close
+// the window before.
 class CLiveShow {
 public:
     // Returns when the clip is open and the transform ready. Throws HostError.
@@ -27,9 +29,14 @@ public:
     void Stop();
 
 private:
+    enum class Event { Stop, Input, Time };
+
     void Run(const Command& command);
     void Play(CLivePlayer& player, CLiveWindow& window);
-    bool WaitFor(DWORD milliseconds);
+    void PlayFrames(CLivePlayer& player, CLiveWindow& window);
+    void Fail(CLiveWindow& window) noexcept;
+    Event WaitUntil(std::uint64_t time, CLiveWindow& window);
+    void AwaitStop();
 
     CHandle m_stop;
     std::promise<CHeldTransform*> m_ready;

@@ -1,15 +1,17 @@
 #include "host/live/LiveWindow.h"
 
 #include "host/HostError.h"
+#include "host/live/LiveKeys.h"
 
 #include <algorithm>
+#include <utility>
+#include <windowsx.h>
 
 namespace host {
 
 namespace {
 
 constexpr wchar_t kClass[] = L"NMFVDeinterlaceLive";
-constexpr const wchar_t* kLabels[] = {L"before", L"after"};
 
 HFONT MakeFont() {
     NONCLIENTMETRICSW metrics{};
@@ -28,48 +30,49 @@ void RegisterWindowClass(WNDPROC procedure) {
     RegisterClassW(&description); // the second time it is there already
 }
 
-RECT RectOf(const Box& box) {
-    return {box.x, box.y, box.x + box.width, box.y + box.height};
+int LineHeight(HWND window, HGDIOBJ font) {
+    TEXTMETRICW metrics{};
+    const HDC dc = GetDC(window);
+    {
+        const CSelected selected(dc, font);
+        GetTextMetricsW(dc, &metrics);
+    }
+    ReleaseDC(window, dc);
+    return std::max<int>(metrics.tmHeight, 8);
 }
 
-// A device context of a window, with the font that its texts have.
-class CPaint {
-public:
-    CPaint(HWND window, HFONT font)
-        : m_window(window)
-        , m_dc(BeginPaint(window, &m_paint))
-        , m_old(font ? SelectObject(m_dc, font) : nullptr) {}
-    CPaint(const CPaint&) = delete;
-    CPaint& operator=(const CPaint&) = delete;
-    ~CPaint() {
-        if (m_old) {
-            SelectObject(m_dc, m_old);
-        }
-        EndPaint(m_window, &m_paint);
+LPCTSTR CursorOf(LiveHold hold, unsigned grip) {
+    if (hold == LiveHold::Divider || (hold == LiveHold::Region && (grip == kGripLeft || grip == kGripRight))) {
+        return IDC_SIZEWE;
     }
-    HDC Get() const { return m_dc; }
-
-private:
-    HWND m_window;
-    PAINTSTRUCT m_paint{};
-    HDC m_dc;
-    HGDIOBJ m_old;
-};
+    if (hold != LiveHold::Region) {
+        return IDC_ARROW;
+    }
+    if (grip == kGripWhole) {
+        return IDC_SIZEALL;
+    }
+    if (grip == kGripTop || grip == kGripBottom) {
+        return IDC_SIZENS;
+    }
+    const bool falling = grip == (kGripLeft | kGripTop) || grip == (kGripRight | kGripBottom);
+    return falling ? IDC_SIZENWSE : IDC_SIZENESW;
+}
 
 } // namespace
 
-CLiveWindow::CLiveWindow(const std::wstring& title, const PictureShape& shape)
-    : m_shape(shape)
+CLiveWindow::CLiveWindow(const std::wstring& title, CLiveModel& model, const PictureShape& shape)
+    : m_model(model)
     , m_font(MakeFont()) {
+    m_scene.shape = shape;
     RegisterWindowClass(&OnMessage);
     m_window = CreateWindowExW(0, kClass, title.c_str(), WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT, 0, 0,
                                nullptr, nullptr, GetModuleHandleW(nullptr), this);
     if (!m_window) {
-        DeleteObject(m_font);
         throw HostError(ExitCode::Display, "the window for the clip cannot be made.");
     }
+    m_line = LineHeight(m_window, m_font.Get());
     SizeToPictures();
-    // The sheet has the keyboard; this window only shows.
+    // The sheet has the keyboard until this window is clicked.
     ShowWindow(m_window, SW_SHOWNOACTIVATE);
 }
 
@@ -77,7 +80,6 @@ CLiveWindow::~CLiveWindow() {
     if (m_window) {
         DestroyWindow(m_window);
     }
-    DeleteObject(m_font);
 }
 
 // In the work area's lower right corner, as the sheet is mostly elsewhere; as large as the clip or as two thirds of the
@@ -85,100 +87,145 @@ CLiveWindow::~CLiveWindow() {
 void CLiveWindow::SizeToPictures() {
     RECT work{0, 0, 1024, 768};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-    const Box area = AreaFor(m_shape, LineHeight(), (work.right - work.left) * 2 / 3, (work.bottom - work.top) * 2 / 3);
+    const Box area = AreaFor(m_scene.shape, m_line, (work.right - work.left) * 2 / 3, (work.bottom - work.top) * 2 / 3);
     RECT frame{0, 0, area.width, area.height};
     AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, FALSE);
     const int width = frame.right - frame.left;
     const int height = frame.bottom - frame.top;
     SetWindowPos(m_window, nullptr, work.right - width, work.bottom - height, width, height,
                  SWP_NOZORDER | SWP_NOACTIVATE);
+    Measure();
 }
 
-int CLiveWindow::LineHeight() const {
-    TEXTMETRICW metrics{};
-    const HDC dc = GetDC(m_window);
-    const HGDIOBJ old = m_font ? SelectObject(dc, m_font) : nullptr;
-    GetTextMetricsW(dc, &metrics);
-    if (old) {
-        SelectObject(dc, old);
-    }
-    ReleaseDC(m_window, dc);
-    return std::max<int>(metrics.tmHeight, 8);
+void CLiveWindow::Measure() {
+    RECT client{};
+    GetClientRect(m_window, &client);
+    m_model.SetSize(client.right, client.bottom, m_line);
 }
 
-void CLiveWindow::Show(const std::uint8_t* before, const std::uint8_t* after, const std::wstring& status) {
-    m_pictures[0] = before;
-    m_pictures[1] = after;
-    ShowStatus(status);
+void CLiveWindow::Show(const std::uint8_t* before, const std::uint8_t* after, const LiveFrame& frame,
+                       double framesPerSecond) {
+    m_scene.pictures[0] = before;
+    m_scene.pictures[1] = after;
+    m_scene.frame = frame;
+    m_scene.status[0] = PlayText(frame, m_model.Playback(), framesPerSecond);
+    m_scene.status[1] = FrameText(frame);
+    PaintNow();
 }
 
 void CLiveWindow::ShowStatus(const std::wstring& status) {
-    m_status = status;
+    m_scene.status[0] = status;
+    PaintNow();
+}
+
+void CLiveWindow::PaintNow() {
     if (m_window) {
         InvalidateRect(m_window, nullptr, FALSE);
         UpdateWindow(m_window);
     }
 }
 
-// What is painted over with a picture or a text is not cleared first, so nothing flickers.
-void CLiveWindow::Paint() {
-    const CPaint paint(m_window, m_font);
-    RECT client{};
-    GetClientRect(m_window, &client);
-    const SideBySide places = PlaceSideBySide(client.right, client.bottom, LineHeight(), m_shape);
-    const HDC dc = paint.Get();
-    const int saved = SaveDC(dc);
-    SetBkColor(dc, GetSysColor(COLOR_BTNFACE));
-    SetTextColor(dc, GetSysColor(COLOR_BTNTEXT));
-    for (int i = 0; i < 2; ++i) {
-        PaintText(dc, places.label[i], kLabels[i]);
-        PaintPicture(dc, places.picture[i], m_pictures[i]);
+void CLiveWindow::Paint() const {
+    const CBufferedPaint paint(m_window);
+    const CSelected font(paint.Get(), m_font.Get());
+    PaintLive(paint.Get(), paint.Area(), m_line, m_model, m_scene);
+}
+
+bool CLiveWindow::TakeInput() {
+    if (m_failure) {
+        std::rethrow_exception(std::exchange(m_failure, nullptr));
     }
-    PaintText(dc, places.status, m_status);
-    FillRect(dc, &client, GetSysColorBrush(COLOR_BTNFACE));
-    RestoreDC(dc, saved);
+    return std::exchange(m_input, false);
 }
 
-void CLiveWindow::PaintText(HDC dc, const Box& box, const std::wstring& text) const {
-    const RECT area = RectOf(box);
-    ExtTextOutW(dc, box.x, box.y, ETO_OPAQUE | ETO_CLIPPED, &area, text.c_str(), static_cast<UINT>(text.size()),
-                nullptr);
-    ExcludeClipRect(dc, area.left, area.top, area.right, area.bottom);
-}
-
-void CLiveWindow::PaintPicture(HDC dc, const Box& box, const std::uint8_t* pixels) const {
-    if (!pixels || box.width <= 0 || box.height <= 0) {
-        return;
+// True when the message needs nothing else.
+bool CLiveWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_PAINT:
+        Paint();
+        return true;
+    case WM_ERASEBKGND:
+        return true;
+    case WM_SIZE:
+        Measure();
+        return false;
+    case WM_KEYDOWN:
+        if (const auto command = CommandOfKey(wParam)) {
+            m_model.Do(*command);
+            m_input = true;
+            return true;
+        }
+        return false;
+    case WM_SETCURSOR:
+        return LOWORD(lParam) == HTCLIENT && ShowCursor();
+    default:
+        return HandleMouse(message, wParam, lParam);
     }
-    BITMAPINFO format{};
-    format.bmiHeader.biSize = sizeof format.bmiHeader;
-    format.bmiHeader.biWidth = m_shape.width;
-    format.bmiHeader.biHeight = m_shape.height;
-    format.bmiHeader.biPlanes = 1;
-    format.bmiHeader.biBitCount = 24;
-    const bool smaller = box.width < m_shape.width || box.height < m_shape.height;
-    SetStretchBltMode(dc, smaller ? HALFTONE : COLORONCOLOR); // rows left out would hide the combs, or show false ones
-    SetBrushOrgEx(dc, 0, 0, nullptr);
-    StretchDIBits(dc, box.x, box.y, box.width, box.height, 0, 0, m_shape.width, m_shape.height, pixels, &format,
-                  DIB_RGB_COLORS, SRCCOPY);
-    ExcludeClipRect(dc, box.x, box.y, box.x + box.width, box.y + box.height);
 }
 
+bool CLiveWindow::HandleMouse(UINT message, WPARAM wParam, LPARAM lParam) {
+    const int x = GET_X_LPARAM(lParam);
+    const int y = GET_Y_LPARAM(lParam);
+    switch (message) {
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+        Press(x, y, message == WM_RBUTTONDOWN);
+        return true;
+    case WM_MOUSEMOVE:
+        m_model.Move(x, y);
+        m_input = m_input || m_model.IsPressed();
+        return true;
+    case WM_LBUTTONUP:
+    case WM_RBUTTONUP:
+        ReleaseCapture();
+        return true;
+    case WM_CAPTURECHANGED:
+        m_model.Release();
+        m_input = true;
+        return true;
+    case WM_MOUSEWHEEL: {
+        const int way = -GET_WHEEL_DELTA_WPARAM(wParam) * 3 * m_line / WHEEL_DELTA;
+        const bool across = (GET_KEYSTATE_WPARAM(wParam) & MK_SHIFT) != 0;
+        m_model.Pan(across ? way : 0, across ? 0 : way);
+        m_input = true;
+        return true;
+    }
+    }
+    return false;
+}
+
+void CLiveWindow::Press(int x, int y, bool pan) {
+    SetFocus(m_window);
+    SetCapture(m_window);
+    m_model.Press(x, y, pan);
+    m_input = true;
+}
+
+bool CLiveWindow::ShowCursor() const {
+    POINT at{};
+    GetCursorPos(&at);
+    ScreenToClient(m_window, &at);
+    SetCursor(LoadCursor(nullptr, CursorOf(m_model.HoldAt(at.x, at.y), m_model.GripAt(at.x, at.y))));
+    return true;
+}
+
+// No exception passes through the platform's dispatching: it waits for TakeInput.
 LRESULT CALLBACK CLiveWindow::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_NCCREATE) {
         const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
     }
     auto* const self = reinterpret_cast<CLiveWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    switch (self ? message : WM_NULL) {
-    case WM_PAINT:
-        self->Paint();
-        return 0;
-    case WM_ERASEBKGND:
-        return 1;
-    case WM_NCDESTROY:
+    if (self && message == WM_NCDESTROY) {
         self->m_window = nullptr;
-        break;
+    } else if (self && self->m_window) {
+        try {
+            if (self->Handle(message, wParam, lParam)) {
+                return message == WM_ERASEBKGND || message == WM_SETCURSOR;
+            }
+        } catch (...) {
+            self->m_failure = std::current_exception();
+        }
     }
     return DefWindowProcW(window, message, wParam, lParam);
 }

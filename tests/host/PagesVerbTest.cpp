@@ -13,6 +13,10 @@ namespace {
 constexpr int kEnableDeinterlace = 1075;
 constexpr int kMergeFields = 1197;
 constexpr int kEnableRoi = 1080;
+constexpr int kRoiLeft = 2085;
+constexpr int kRoiTop = 1077;
+constexpr int kRoiRight = 1078;
+constexpr int kRoiBottom = 1079;
 constexpr int kAddSegment = 1173;
 constexpr int kSensitivity = 2095;
 
@@ -197,6 +201,68 @@ TEST_F(PagesVerb, AChangeShowsInThePicturesThatPlay) {
         EXPECT_TRUE(IsWindow(sheet));
     });
     EXPECT_EQ(result.code, 0u) << result.errors;
+    EXPECT_EQ(ReadSavedSettings(), m_saved);
+}
+
+// Of these frames, five a second, the first is combed: 25 are deinterlaced, in whatever order they are seen. Not all
+// are kept: the way back from the end to the beginning reads the clip again.
+TEST_F(PagesVerb, APausedClipIsSteppedThroughAsItRuns) {
+    Write("clip.y4m", MakeY4m(16, 144, 1100, {0}, "5:1"));
+    const ToolResult result = RunWith("pages --no-save --live clip.y4m", [](HWND) {
+        struct Case {
+            int key;
+            int times;
+            bool deinterlaced;
+        };
+        constexpr Case kCases[] = {
+            {VK_SPACE, 1, true}, {VK_HOME, 1, true},   {VK_NEXT, 5, false}, // frame 25
+            {VK_LEFT, 1, true},  {VK_RIGHT, 1, false}, {VK_PRIOR, 2, true}, {VK_END, 1, false}, {VK_HOME, 1, true},
+        };
+        const HWND live = AwaitWindow(L"NMFVDeinterlaceLive", L"clip.y4m");
+        SetWindowPos(live, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
+        EXPECT_TRUE(AwaitContrast(live, true, false)) << "the first frame";
+        for (const Case& c : kCases) {
+            for (int i = 0; i < c.times; ++i) {
+                SendMessageW(live, WM_KEYDOWN, static_cast<WPARAM>(c.key), 0);
+            }
+            EXPECT_TRUE(AwaitContrast(live, true, !c.deinterlaced)) << "key " << c.key;
+        }
+    });
+    EXPECT_EQ(result.code, 0u) << result.errors;
+}
+
+std::wstring TextsOf(HWND sheet, const std::vector<int>& controls) {
+    std::wstring texts;
+    for (const int control : controls) {
+        wchar_t text[16] = L"";
+        SendMessageW(FindControl(sheet, control), WM_GETTEXT, ARRAYSIZE(text), reinterpret_cast<LPARAM>(text));
+        texts += text + std::wstring(L" ");
+    }
+    return texts;
+}
+
+// The middle half, moved by 40 pixels to the left and 20 up. The transform counts rows of YUV frames from below.
+TEST_F(PagesVerb, ADraggedRegionIsTheTransforms) {
+    Write("clip.y4m", MakeY4m(320, 240, 5, {0, 1, 2, 3, 4}));
+    const ToolResult result = RunWith("pages --no-save --live clip.y4m", [](HWND sheet) {
+        const HWND live = AwaitWindow(L"NMFVDeinterlaceLive", L"clip.y4m");
+        SelectPage(sheet, 1);
+        RECT client{};
+        GetClientRect(live, &client);
+        const POINT middle{client.right / 4, client.bottom * 2 / 5};
+        SendMessageW(live, WM_KEYDOWN, 'R', 0);
+        SendMessageW(live, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(middle.x, middle.y));
+        SendMessageW(live, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(middle.x - 40, middle.y - 20));
+        SendMessageW(live, WM_LBUTTONUP, 0, MAKELPARAM(middle.x - 40, middle.y - 20));
+        const std::wstring wanted = L"40 80 200 200 ";
+        std::wstring edges;
+        for (int i = 0; i < 100 && edges != wanted; ++i) {
+            Sleep(100); // the page looks several times a second
+            edges = TextsOf(sheet, {kRoiLeft, kRoiTop, kRoiRight, kRoiBottom});
+        }
+        EXPECT_EQ(edges, wanted);
+    });
+    EXPECT_NE(result.errors.find("is gone"), std::string::npos) << result.errors;
     EXPECT_EQ(ReadSavedSettings(), m_saved);
 }
 

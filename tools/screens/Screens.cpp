@@ -42,10 +42,26 @@ void SavePages(HWND sheet, const std::string& folder) {
     Save(folder + "/sheet.png", AreaOf(sheet));
 }
 
+// The live window on a paused frame after each of these keys.
+struct LivePicture {
+    const char* name;
+    std::vector<int> keys;
+};
+const LivePicture kLivePictures[] = {
+    {"live", {VK_SPACE, VK_HOME, VK_NEXT, 'O', VK_LEFT, VK_LEFT, VK_LEFT, VK_LEFT, VK_LEFT, VK_LEFT, 'R'}},
+    {"live-keys", {VK_F1}},
+    {"live-split", {VK_ESCAPE, 'R', 'L', 'S', '2'}},
+};
+
 void SaveLive(HWND live, const std::string& folder) {
     SetWindowPos(live, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE);
-    Sleep(kSettle);
-    Save(folder + "/live.png", AreaOf(live));
+    for (const LivePicture& picture : kLivePictures) {
+        for (const int key : picture.keys) {
+            SendMessageW(live, WM_KEYDOWN, static_cast<WPARAM>(key), 0);
+        }
+        Sleep(kSettle);
+        Save(folder + "/" + picture.name + ".png", AreaOf(live));
+    }
 }
 
 // Starts nmfvdeint from this program's folder; null when that fails.

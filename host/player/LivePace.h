@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 namespace host {
 
@@ -14,8 +13,8 @@ public:
     // not frames: nothing is caught up.
     std::uint32_t Next(double now);
 
-    // What the window says of a frame.
-    std::wstring Status(std::uint64_t frame, bool changed) const;
+    // Frames per second as they were made; 0 before the first second is over.
+    double Measured() const { return m_measured; }
 
 private:
     double m_period;

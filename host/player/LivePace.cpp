@@ -1,7 +1,6 @@
-#include "host/picture/LivePace.h"
+#include "host/player/LivePace.h"
 
 #include <cmath>
-#include <cstdio>
 
 namespace host {
 
@@ -22,14 +21,6 @@ std::uint32_t CLivePace::Next(double now) {
         m_due = now;
     }
     return static_cast<std::uint32_t>(std::lround((m_due - now) * 1000));
-}
-
-std::wstring CLivePace::Status(std::uint64_t frame, bool changed) const {
-    char text[80];
-    std::snprintf(text, sizeof text, "frame %llu    %.1f frames a second    %s", static_cast<unsigned long long>(frame),
-                  m_measured, changed ? "deinterlaced" : "passed unchanged");
-    const std::string narrow = text;
-    return {narrow.begin(), narrow.end()};
 }
 
 } // namespace host

@@ -39,6 +39,13 @@ public:
         : HostError(ExitCode::Input, text) {}
 };
 
+// The file is whole, but in a format that its reader here does not know; another may.
+class UnknownFormatError : public HostError {
+public:
+    explicit UnknownFormatError(const std::string& text)
+        : HostError(ExitCode::Input, text) {}
+};
+
 // The output takes no more; what it has taken is whole once it is finished.
 class OutputFullError : public HostError {
 public:

@@ -56,17 +56,34 @@ void CInput::Open(const Command& command) {
         m_source = OpenY4m(*m_stream);
         break;
     case InputKind::Avi:
-        m_source = OpenAvi(*m_stream);
+        OpenAviOrMedia(command);
         break;
     case InputKind::Raw:
         m_source = OpenRaw(*m_stream, *options.raw);
         break;
     case InputKind::Media:
-        m_stream.reset();
-        m_reader.reset();
-        m_source = OpenMedia(command.input);
+        OpenByPlatform(command.input);
         break;
     }
+}
+
+void CInput::OpenByPlatform(const std::string& path) {
+    m_stream.reset();
+    m_reader.reset();
+    m_source = OpenMedia(path);
+}
+
+// Compressed video in a file may be something that the platform decodes.
+void CInput::OpenAviOrMedia(const Command& command) {
+    try {
+        m_source = OpenAvi(*m_stream);
+        return;
+    } catch (const UnknownFormatError&) {
+        if (command.options.from || command.input == "-" || !m_stream->Size()) {
+            throw;
+        }
+    }
+    OpenByPlatform(command.input);
 }
 
 void CInput::SetSidePackets(const SidePackets& packets) {

@@ -36,6 +36,8 @@ public:
 
 private:
     void Open(const Command& command);
+    void OpenByPlatform(const std::string& path);
+    void OpenAviOrMedia(const Command& command);
     bool Advance();
     void ReadFirst(const std::string& name);
 

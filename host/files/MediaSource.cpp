@@ -2,6 +2,7 @@
 
 #include "host/HostError.h"
 #include "host/console/Text.h"
+#include "host/formats/BobWatch.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -18,6 +19,7 @@ namespace host {
 
 namespace {
 
+constexpr double kUnitsPerSecond = 1e7;
 constexpr DWORD kVideo = static_cast<DWORD>(MF_SOURCE_READER_FIRST_VIDEO_STREAM);
 
 // What is asked of the decoder, the best first: the formats that carry the picture's own lines. The platform's
@@ -52,12 +54,14 @@ public:
         Must(m_reader->SetStreamSelection(kVideo, TRUE), "holds no video");
         ChooseType();
         TakeLength();
+        NameSideStreams();
     }
     CMediaSource(const CMediaSource&) = delete;
     CMediaSource& operator=(const CMediaSource&) = delete;
     ~CMediaSource() override { Release(); }
 
     const ClipInfo& Info() const override { return m_info; }
+    bool IsIrregular() const override { return m_irregular; }
     bool FieldChroma() const override { return MayBeInterlaced(m_info.scan); }
     bool Next() override;
     FrameView Frame() const override;
@@ -69,7 +73,10 @@ private:
     void TakeType();
     void TakeColors(IMFMediaType& type);
     void TakeLength();
+    void NameSideStreams();
     void Hold(IMFSample& sample);
+    void CheckTime(IMFSample& sample);
+    void CheckFields();
     void Release();
 
     std::string m_name;
@@ -82,6 +89,9 @@ private:
     ComPtr<IMFMediaBuffer> m_buffer; // locked while it is held
     const std::uint8_t* m_bytes = nullptr;
     std::uint64_t m_next = 0;
+    std::optional<LONGLONG> m_time; // of the frame before
+    bool m_irregular = false;
+    CBobWatch m_bobs;
 };
 
 void CMediaSource::ChooseType() {
@@ -197,12 +207,47 @@ bool CMediaSource::Next() {
         }
         if (sample) {
             Hold(*sample.Get());
+            CheckTime(*sample.Get());
+            CheckFields();
             ++m_next;
             return true;
         }
         if (flags & MF_SOURCE_READERF_ENDOFSTREAM) {
             return false;
         }
+    }
+}
+
+// The streams that are not read, for those who want to know what is left out.
+void CMediaSource::NameSideStreams() {
+    ComPtr<IMFMediaType> type;
+    for (DWORD i = 0; SUCCEEDED(m_reader->GetNativeMediaType(i, 0, type.ReleaseAndGetAddressOf())); ++i) {
+        GUID major{};
+        if (SUCCEEDED(type->GetMajorType(&major)) && major != MFMediaType_Video) {
+            m_info.sideStreams.push_back({major == MFMediaType_Audio ? "audio" : "other", {}, {}});
+        }
+    }
+}
+
+// Rates are rounded, and frames come in the order of their times: half a frame's time off is no rounding.
+void CMediaSource::CheckTime(IMFSample& sample) {
+    LONGLONG time = 0;
+    if (!m_info.rate || FAILED(sample.GetSampleTime(&time))) {
+        return;
+    }
+    const double period = kUnitsPerSecond / m_info.rate->Value();
+    m_irregular = m_irregular || (m_time && std::abs(static_cast<double>(time - *m_time) - period) > period / 2);
+    m_time = time;
+}
+
+// Under Wine the decoder takes interlaced frames apart, whatever it is asked for, and says that the clip has twice as
+// many.
+void CMediaSource::CheckFields() {
+    if (m_bobs.Look(Frame())) {
+        throw HostError(ExitCode::Input,
+                        m_name + ": the platform's decoder makes two frames of each interlaced one, so nothing is left "
+                                 "to deinterlace. Let another program decode it: ffmpeg -i FILE -pix_fmt yuv422p -f "
+                                 "yuv4mpegpipe - | nmfvdeint - OUTPUT");
     }
 }
 

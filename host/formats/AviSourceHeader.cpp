@@ -118,10 +118,11 @@ void CHeaderReader::TakeVideo(const AviStreamHeader& stream, const AviBitmapHead
         }
     }
     if (!found) {
-        Refuse("its video is " + (bitmap.compression ? FourCcText(bitmap.compression) : std::string("RGB")) + " with " +
-               std::to_string(bitmap.bits) +
-               " bits per pixel; uncompressed RGB24, RGB32, YUY2, UYVY and IYU2 can be read. Let --from media decode "
-               "it, or pipe it in: ffmpeg -i FILE -pix_fmt yuv422p -f yuv4mpegpipe - | nmfvdeint - ...");
+        throw UnknownFormatError(m_input.Name() + ": its video is " +
+                                 (bitmap.compression ? FourCcText(bitmap.compression) : std::string("RGB")) + " with " +
+                                 std::to_string(bitmap.bits) +
+                                 " bits per pixel; uncompressed RGB24, RGB32, YUY2, UYVY and IYU2 can be read. Pipe it "
+                                 "in: ffmpeg -i FILE -pix_fmt yuv422p -f yuv4mpegpipe - | nmfvdeint - ...");
     }
     const std::int64_t height = bitmap.height < 0 ? -std::int64_t{bitmap.height} : bitmap.height;
     if (bitmap.width <= 0 || bitmap.width > kMaxSide || height == 0 || height > kMaxSide) {

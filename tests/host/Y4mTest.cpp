@@ -1,4 +1,5 @@
 #include "host/picture/FrameConvert.h"
+#include "host/formats/BobWatch.h"
 #include "host/formats/FrameSink.h"
 #include "host/formats/InputKind.h"
 #include "host/formats/RawStream.h"
@@ -188,6 +189,36 @@ TEST(Y4m, WritesWhatItReads) {
         ASSERT_TRUE(source->Next());
         EXPECT_FALSE(source->Next());
         EXPECT_EQ(source->Info().frames, 2u);
+    }
+}
+
+// Frames of a moving texture: as they are, or each field made into a frame whose other rows are means.
+bool IsSeenAsBobbed(bool means, int firstField, bool alternating, Layout layout) {
+    constexpr int kWidth = 8, kHeight = 9;
+    CBobWatch watch;
+    bool seen = false;
+    for (int n = 0; n < 6; ++n) {
+        Bytes bytes = RandomBytes(kWidth * kHeight * 2, static_cast<unsigned>(n / 2));
+        const int step = layout == Layout::Yuy2 ? 2 : 1;
+        const int kept = alternating ? (firstField + n) % 2 : firstField;
+        for (int y = 1; means && y + 1 < kHeight; ++y) {
+            std::uint8_t* const row = bytes.data() + y * kWidth * step;
+            for (int x = 0; y % 2 != kept && x < kWidth * step; ++x) {
+                row[x] = static_cast<std::uint8_t>((row[x - kWidth * step] + row[x + kWidth * step] + 1) / 2);
+            }
+        }
+        FrameView frame{layout, kWidth, kHeight, {bytes.data()}, {kWidth * step}};
+        seen = seen || watch.Look(frame);
+    }
+    return seen;
+}
+
+TEST(BobWatch, SeesFieldsThatWereMadeFramesAndNothingElse) {
+    for (const Layout layout : {Layout::Yuy2, Layout::Nv12}) {
+        EXPECT_TRUE(IsSeenAsBobbed(true, 0, true, layout));
+        EXPECT_TRUE(IsSeenAsBobbed(true, 1, true, layout));
+        EXPECT_FALSE(IsSeenAsBobbed(true, 0, false, layout)); // deinterlaced, but a frame for a frame
+        EXPECT_FALSE(IsSeenAsBobbed(false, 0, true, layout));
     }
 }
 

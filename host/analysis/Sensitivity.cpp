@@ -1,10 +1,10 @@
 #include "host/analysis/Sensitivity.h"
 
+#include "host/analysis/Format.h"
 #include "settings/public/NMFVDeinterlaceLimits.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <vector>
 
 namespace host {
@@ -27,13 +27,6 @@ std::vector<double> SortedRatios(std::span<const FrameScore> scores) {
 double TwoDigits(double value) {
     const double unit = std::pow(10.0, std::floor(std::log10(value)) - 1);
     return std::round(value / unit) * unit;
-}
-
-template <class... Values>
-std::string Format(const char* format, Values... values) {
-    char text[400];
-    std::snprintf(text, sizeof text, format, values...);
-    return text;
 }
 
 using Count = unsigned long long;
@@ -80,10 +73,7 @@ std::string DescribeScores(std::span<const FrameScore> scores, double sensitivit
                        found->sensitivity, Count{found->above});
         return text;
     }
-    return text +
-           "The frames do not fall into two groups that lie clearly apart, so this clip alone does not say which\n"
-           "sensitivity to choose. Analyse one that holds both combed and clean pictures, or, when all frames\n"
-           "are of one kind, use --mode all or --mode off.\n";
+    return text + "The frames do not fall into two groups that lie clearly apart.\n";
 }
 
 } // namespace host

@@ -171,8 +171,10 @@ constexpr OptionRow kRows[] = {
 
     {kOther, "--csv", "", "analyse: one comma-separated line per frame, with a heading.",
      [](Options& o, std::string_view) { o.csv = true; }},
-    {kOther, "--json", "", "the summary as one JSON object per clip on standard output.",
+    {kOther, "--json", "", "the summary, or what analyse found, as one JSON object per clip on standard output.",
      [](Options& o, std::string_view) { o.json = true; }},
+    {kOther, "--plot", "FILE.svg", "analyse: write a picture of count, threshold and field order over the frames.",
+     [](Options& o, std::string_view v) { o.plot = v; }},
     {kOther, "--quiet", "", "no progress and no summary, only errors.",
      [](Options& o, std::string_view) { o.quiet = true; }},
     {kOther, "--help", "", "this text; after a verb, that verb's.",

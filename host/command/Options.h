@@ -71,6 +71,7 @@ struct Options {
     std::vector<Still> stills;
     bool csv = false;
     bool json = false;
+    std::string plot;
     std::string live; // the clip that plays beside the pages
     // the transform
     std::string dll;

@@ -179,6 +179,14 @@ TEST_F(ToolPictures, AnalysisNamesASensitivityThatWorks) {
     EXPECT_EQ(csv.Text().find("frame,count,threshold,ratio,verdict"), 0u);
     EXPECT_EQ(std::count(csv.output.begin(), csv.output.end(), '\n'), 11);
     EXPECT_NE(csv.Text().find("\n7,"), std::string::npos);
+
+    const ToolResult json = Run("analyse - --json --plot p.svg", {clip});
+    EXPECT_EQ(json.Text().find("{\"input\": \"-\", \"verdict\": \"undecided\""), 0u) << json.Text();
+    EXPECT_NE(json.Text().find("\"command\": \"nmfvdeint - - --mode auto " + option + value.substr(0, value.find(' '))),
+              std::string::npos)
+        << json.Text();
+    const Bytes plot = Read("p.svg");
+    EXPECT_EQ(std::string(plot.begin(), plot.end()).find("<svg"), 0u);
 }
 
 } // namespace

@@ -28,8 +28,9 @@ constexpr host::VerbRow kVerbs[] = {
      "number of inputs; --to none writes nothing.",
      1, 2, &host::RunDeinterlace},
     {"analyse", "INPUT",
-     "Prints what the combing detector counts in every frame, and in the end which sensitivity tells the clip's "
-     "interlaced frames from the others. Needs no transform.",
+     "Prints what the combing detector counts in every frame, and in the end what the clip is (progressive, interlaced "
+     "and in which order, telecined, mixed), what the automatic mode does with it, and a command line to copy. --json "
+     "prints one object instead, --plot draws it. Needs no transform.",
      1, 1, &host::RunAnalyse},
     {"pages", "",
      "Shows the transform's property pages with your saved settings. What you apply there becomes your saved settings "

@@ -47,19 +47,8 @@ std::string Quoted(std::string_view word) {
     return !text.empty() && std::all_of(text.begin(), text.end(), IsPlain) ? text : "\"" + text + "\"";
 }
 
-std::string OutputNameFor(std::string_view input) {
-    if (input == "-") {
-        return "-";
-    }
-    const std::size_t folder = input.find_last_of("/\\:") + 1; // 0 where there is none
-    const std::size_t dot = input.find_last_of('.');
-    const bool hasExtension = dot != input.npos && dot > folder;
-    const std::string_view stem = hasExtension ? input.substr(0, dot) : input;
-    std::string extension(hasExtension ? input.substr(dot) : "");
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    std::transform(extension.begin(), extension.end(), extension.begin(), lower);
-    const bool known = extension == ".y4m" || extension == ".avi" || extension == ".raw" || extension == ".yuv";
-    return std::string(stem) + "-deinterlaced" + (known ? extension : ".avi");
+std::string OutputNameFor(const std::string& input) {
+    return input == "-" ? input : OutputBeside(input, "", {});
 }
 
 std::string DeinterlaceLine(const Command& command, std::string_view output, std::string_view settings) {

@@ -12,8 +12,8 @@ namespace host {
 // name that would be taken for an option gets its folder.
 std::string Quoted(std::string_view word);
 
-// "clip.y4m" becomes "clip-deinterlaced.y4m", beside it; what cannot be written becomes AVI. "-" stays.
-std::string OutputNameFor(std::string_view input);
+// The output beside the input; "-" stays.
+std::string OutputNameFor(const std::string& input);
 
 // The whole line that deinterlaces the command's input to `output`, reading it as the command says, with `settings`
 // after it. An empty output is left out, as --to none wants it.

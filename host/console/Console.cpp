@@ -52,8 +52,20 @@ CProgressLine::CProgressLine(bool quiet, std::optional<std::uint64_t> total)
     , m_next(m_terminal ? m_start : m_start + kLineInterval) {}
 
 CProgressLine::~CProgressLine() {
+    Clear();
+}
+
+void CProgressLine::Clear() {
     if (m_dirty) {
-        Say("\r" + std::string(kLineWidth, ' ') + "\r");
+        host::Say("\r" + std::string(kLineWidth, ' ') + "\r");
+        m_dirty = false;
+    }
+}
+
+void CProgressLine::Say(std::string_view text) {
+    if (!text.empty()) {
+        Clear();
+        host::Say(text);
     }
 }
 
@@ -64,12 +76,12 @@ void CProgressLine::Update(std::uint64_t frames) {
     std::string line = ProgressText(frames, m_total, Seconds());
     if (!m_terminal) {
         m_next = Clock::now() + kLineInterval;
-        Say(line + "\n");
+        host::Say(line + "\n");
         return;
     }
     m_next = Clock::now() + kInterval;
     line.resize(kLineWidth, ' ');
-    Say("\r" + line);
+    host::Say("\r" + line);
     m_dirty = true;
 }
 

@@ -24,6 +24,9 @@ public:
     ~CProgressLine();
 
     void Update(std::uint64_t frames);
+    void Clear();
+    // Other text on standard error, for which the line makes room; nothing for none.
+    void Say(std::string_view text);
     double Seconds() const;
 
 private:

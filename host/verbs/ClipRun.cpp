@@ -3,6 +3,7 @@
 #include "engine/detector/AutoHold.h"
 #include "engine/detector/InterlaceDetector.h"
 #include "host/HostError.h"
+#include "host/analysis/Advice.h"
 #include "host/console/Console.h"
 #include "host/console/Interrupt.h"
 #include "host/console/Text.h"
@@ -10,6 +11,8 @@
 #include "host/formats/LeftOut.h"
 #include "host/formats/ScanLabels.h"
 #include "host/verbs/ClipFiles.h"
+
+#include <algorithm>
 
 namespace host {
 
@@ -37,6 +40,8 @@ public:
         return deinterlaced;
     }
 
+    std::uint64_t Called() const { return m_called; }
+
     void Report(RunSummary& summary) const {
         if (m_active.mode == Mode::Auto) {
             summary.calledInterlaced = m_called;
@@ -52,6 +57,8 @@ private:
     std::uint64_t m_called = 0;
     std::uint64_t m_deinterlaced = 0;
 };
+
+constexpr double kSilentSeconds = 5;
 
 Deinterlaced WhichFrames(const ActiveSettings& active, const StreamShape& shape) {
     const bool whole = active.area == Area{0, 0, shape.width, shape.height};
@@ -95,7 +102,8 @@ public:
         , m_labels(m_clip.scan, WhichFrames(m_client.Active(), m_shape))
         , m_output(std::move(m_outputs.clip), command.outputKind, FormatOf(m_clip, m_shape, m_labels))
         , m_stills(command.options.stills, std::move(m_outputs.stills), m_shape, m_clip)
-        , m_decisions(m_client, m_shape) {
+        , m_decisions(m_client, m_shape)
+        , m_progress(command.options.quiet, m_clip.frames) {
         if (!command.options.noSide) {
             m_input.SetSidePackets(
                 [this](std::size_t stream, std::uint32_t id, auto bytes) { m_output.WriteSide(stream, id, bytes); });
@@ -108,6 +116,10 @@ private:
     // Nobody asks for what is counted.
     bool IsQuiet() const { return m_command.options.quiet && !m_command.options.json; }
     void OneFrame();
+    void WarnIfSilent();
+    std::string Advice() const {
+        return SilentDetectorAdvice(m_command, m_clip.scan, m_summary.frames, m_decisions.Called());
+    }
     void Finish();
     void Describe();
 
@@ -122,6 +134,7 @@ private:
     CStills m_stills;
     CDecisions m_decisions;
     RunSummary m_summary;
+    CProgressLine m_progress;
 };
 
 void CClipRun::OneFrame() {
@@ -136,6 +149,15 @@ void CClipRun::OneFrame() {
     }
     m_stills.Look(m_summary.frames, before, after);
     ++m_summary.frames;
+    WarnIfSilent();
+}
+
+// After some seconds of an interlaced clip in which the detector saw nothing.
+void CClipRun::WarnIfSilent() {
+    const auto seconds = static_cast<std::uint64_t>(kSilentSeconds * m_shape.rate.Value());
+    if (m_summary.frames == std::max<std::uint64_t>(seconds, 1) && !m_command.options.quiet) {
+        m_progress.Say(Advice());
+    }
 }
 
 void CClipRun::Finish() {
@@ -158,20 +180,18 @@ void CClipRun::Describe() {
 }
 
 RunSummary CClipRun::Run() {
-    {
-        CProgressLine progress(m_command.options.quiet, m_clip.frames);
-        while (m_input.Read(m_client.Input())) {
-            ThrowIfInterrupted();
-            OneFrame();
-            progress.Update(m_summary.frames);
-        }
-        m_summary.seconds = progress.Seconds();
+    while (m_input.Read(m_client.Input())) {
+        ThrowIfInterrupted();
+        OneFrame();
+        m_progress.Update(m_summary.frames);
     }
+    m_summary.seconds = m_progress.Seconds();
+    m_progress.Clear();
     Finish();
     if (m_command.options.json) {
         Print(SummaryJson(m_summary, m_command.input, m_command.output));
     } else if (!m_command.options.quiet) {
-        Say(SummaryText(m_summary));
+        Say(SummaryText(m_summary) + Advice());
     }
     m_stills.Finish(m_summary.frames, m_command.input);
     return m_summary;

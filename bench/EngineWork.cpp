@@ -5,10 +5,10 @@
 
 constexpr std::int32_t kHold = 150; // frames
 
-void DoWork(const FrameWork& work, const FrameSet& frames, std::size_t index, Stores stores) {
-    const FrameFormat& format = frames.Format();
+void DoWork(const FrameWork& work, const FrameFormat& format, const std::uint8_t* input, std::uint8_t* output,
+            Stores stores) {
     const FrameShape shape{format.width, format.height, format.bits, format.Stride(), false};
-    const FramePair pair{shape, frames.Input(index), frames.Output(index)};
+    const FramePair pair{shape, input, output};
     const FramePlan plan{WholeFrame(shape), false, true, work.merge, true};
     if (!work.automatic) {
         return WriteFrame(pair, work.enabled ? plan : FramePlan{}, stores);

@@ -5,5 +5,6 @@
 #include "bench/Works.h"
 #include "engine/pixels/Stores.h"
 
-// The frame driver's steps on the set's frame `index`, with the stores chosen here.
-void DoWork(const FrameWork& work, const FrameSet& frames, std::size_t index, Stores stores);
+// The frame driver's steps on one frame, with the stores chosen here.
+void DoWork(const FrameWork& work, const FrameFormat& format, const std::uint8_t* input, std::uint8_t* output,
+            Stores stores);

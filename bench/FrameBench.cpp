@@ -12,20 +12,28 @@ constexpr const char* kWhere = "engine, native";
 constexpr int kRounds = 15;
 
 constexpr FrameFormat kSizes[] = {
-    {"YUY2", 720, 480, 16},   {"RGB24", 720, 480, 24},   {"YUY2", 1024, 576, 16},  {"RGB24", 1024, 576, 24},
-    {"YUY2", 1280, 720, 16},  {"RGB24", 1280, 720, 24},  {"YUY2", 1920, 1080, 16}, {"RGB24", 1920, 1080, 24},
-    {"YUY2", 3840, 2160, 16}, {"RGB24", 3840, 2160, 24},
+    {"YUY2", 720, 480, 16},   {"RGB24", 720, 480, 24},   {"YUY2", 720, 576, 16},   {"RGB24", 720, 576, 24},
+    {"YUY2", 1024, 576, 16},  {"RGB24", 1024, 576, 24},  {"YUY2", 1280, 720, 16},  {"RGB24", 1280, 720, 24},
+    {"YUY2", 1920, 1080, 16}, {"RGB24", 1920, 1080, 24}, {"YUY2", 3840, 2160, 16}, {"RGB24", 3840, 2160, 24},
 };
 
 Contestant Working(const FrameSet& frames, const FrameWork& work, Stores stores, const char* how) {
-    return frames.MakeContestant(work.name + std::string(how),
-                                 [&frames, work, stores](std::size_t i) { DoWork(work, frames, i, stores); });
+    return frames.MakeContestant(work.name + std::string(how), [&frames, work, stores](std::size_t i) {
+        DoWork(work, frames.Format(), frames.Input(i), frames.Output(i), stores);
+    });
 }
 
-void Measure(const FrameFormat& format, Flow flow, Content content) {
-    const FrameSet frames(format, content, flow);
-    const Stores chosen = StoresFor(format.Bytes());
-    const bool streaming = chosen == Stores::Streaming;
+void Print(const FrameSet& frames, Flow flow, const std::vector<Contestant>& contestants,
+           const std::vector<double>& wanted) {
+    const std::vector<Result> results = TakeTurns(contestants, kRounds);
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        PrintResult(kWhere, frames, flow, results[i], wanted[i]);
+    }
+}
+
+void Measure(const FrameFormat& format, Flow flow, Place place, Content content) {
+    const FrameSet frames(format, content, flow, place);
+    const bool streaming = StoresFor(format.Bytes()) == Stores::Streaming;
     std::vector<Contestant> contestants{frames.MakeCopying()};
     std::vector<double> wanted{0};
     for (const FrameWork& work : FrameWorks()) {
@@ -37,32 +45,67 @@ void Measure(const FrameFormat& format, Flow flow, Content content) {
         wanted.push_back(streaming ? 0 : WantedRatio(work, format, flow, streaming));
         wanted.push_back(streaming ? WantedRatio(work, format, flow, streaming) : 0);
     }
-    const std::vector<Result> results = TakeTurns(contestants, kRounds);
-    for (std::size_t i = 0; i < results.size(); ++i) {
-        PrintResult(kWhere, frames, flow, results[i], wanted[i]);
+    Print(frames, flow, contestants, wanted);
+}
+
+// Where in a cache line the input and the output begin; the first pair is what the others are compared with.
+constexpr struct {
+    std::size_t input, output;
+} kPhases[] = {{0, 0},  {16, 0}, {32, 0},  {48, 0},  {33, 0}, {0, 16}, {16, 16},
+               {0, 32}, {0, 48}, {32, 48}, {48, 48}, {0, 1},  {1, 33}, {33, 33}};
+
+// One work with either way of storing, at every phase in place of memcpy.
+void MeasurePhases(const FrameFormat& format, const FrameWork& work, Stores stores) {
+    constexpr double kWanted = 1.05; // times what it takes at 0 and 0
+    FrameFormat roomier = format;
+    ++roomier.height;
+    const FrameSet frames(roomier, work.content, Flow::Cold, Place::Aligned);
+    std::vector<Contestant> contestants;
+    for (const auto& phase : kPhases) {
+        const std::string name = std::string(work.name) + (stores == Stores::Streaming ? ", streaming" : ", ordinary") +
+                                 " stores, " + std::to_string(phase.input) + " to " + std::to_string(phase.output);
+        contestants.push_back(frames.MakeContestant(name, [&, phase](std::size_t i) {
+            DoWork(work, format, frames.Input(i) + phase.input, frames.Output(i) + phase.output, stores);
+        }));
     }
+    Print(frames, Flow::Cold, contestants, std::vector<double>(contestants.size(), kWanted));
 }
 
 bool IsWanted(const std::string& text, const char* part) {
-    return text.find(part) != std::string::npos;
+    return !part || text.find(part) != std::string::npos;
+}
+
+void MeasureAll(const FrameFormat& format, Place place, const char* wantedFlow) {
+    for (const Flow flow : {Flow::Cold, Flow::Warm, Flow::Read, Flow::Chain}) {
+        const bool wanted = wantedFlow ? std::strcmp(FlowName(flow), wantedFlow) == 0
+                                       : flow != Flow::Read && (place == Place::Ordinary || flow == Flow::Cold);
+        for (const Content content : {Content::Clean, Content::Busy, Content::Combed}) {
+            if (wanted && (wantedFlow || flow == Flow::Cold || content == Content::Clean)) {
+                Measure(format, flow, place, content);
+            }
+        }
+    }
 }
 
 } // namespace
 
 // bench_frames: frames with either way of storing, but for the flow that reads cold frames after. bench_frames FRAME
-// FLOW: all works on the frames whose name in the table has that text in it, in that flow.
+// [FLOW]: only the frames whose name in the table has that text in it; all works, in that flow. bench_frames phases
+// [FRAME [WORK]]: works at every place in a cache line.
 int main(int argc, char** argv) {
-    const bool all = argc > 2;
+    const char* const first = argc > 1 ? argv[1] : nullptr;
+    const bool phases = first && std::strcmp(first, "phases") == 0;
+    const char* const frame = phases ? (argc > 2 ? argv[2] : nullptr) : first;
     for (const FrameFormat& format : kSizes) {
-        for (const Flow flow : {Flow::Cold, Flow::Warm, Flow::Read, Flow::Chain}) {
-            if (all ? !IsWanted(format.Text(), argv[1]) || std::strcmp(FlowName(flow), argv[2]) != 0
-                    : flow == Flow::Read) {
-                continue;
+        for (const Place place : {Place::Ordinary, Place::Aligned}) {
+            if (!phases && IsWanted(FrameText(format, place), frame)) {
+                MeasureAll(format, place, argc > 2 ? argv[2] : nullptr);
             }
-            Measure(format, flow, Content::Clean);
-            if (all || flow == Flow::Cold) {
-                Measure(format, flow, Content::Busy);
-                Measure(format, flow, Content::Combed);
+        }
+        for (const FrameWork& work : FrameWorks()) {
+            if (phases && IsWanted(format.Text(), frame) && IsWanted(work.name, argc > 3 ? argv[3] : nullptr)) {
+                MeasurePhases(format, work, Stores::Ordinary);
+                MeasurePhases(format, work, Stores::Streaming);
             }
         }
     }

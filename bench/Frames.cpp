@@ -1,25 +1,36 @@
 #include "bench/Frames.h"
 
+#include "engine/kernels/CpuFeatures.h"
+
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <random>
 
 namespace {
 
-constexpr std::size_t kColdBytes = std::size_t{192} << 20; // of each side; several times the largest cache
+constexpr std::size_t kColdBytes = std::size_t{192} << 20; // of each side; both together more than the largest cache
 constexpr std::size_t kTurnBytes = std::size_t{24} << 20;
-constexpr std::size_t kRunInBytes = std::size_t{64} << 20; // more than the largest cache holds
 constexpr std::align_val_t kAlignment{4096};
 
-std::uint8_t RowValue(Content content, std::int32_t row) {
-    switch (content) {
-    case Content::Busy:
-        return row / 2 % 2 ? 180 : 60;
-    case Content::Combed:
-        return row % 2 ? 180 : 60;
-    default:
-        return 60;
-    }
+constexpr std::int32_t kBlockRows = 12;
+constexpr std::int32_t kBlockBytes = 240;
+
+// Rows after which a picture repeats.
+std::int32_t RowsOf(Content content) {
+    return content == Content::Clean ? 1 : content == Content::Busy ? 4 : 3 * kBlockRows;
+}
+
+// What a byte of a combed block is above its neighbours: three bytes of 14 or four of 13 are a large step, three of 13
+// or four of 12 are none.
+int CombStep(std::mt19937& random) {
+    return 12 + static_cast<int>(random() % 7);
+}
+
+// More than the largest cache holds.
+std::size_t RunInBytes() {
+    static const std::size_t bytes = std::max(std::size_t{64} << 20, LargestCacheBytes());
+    return bytes;
 }
 
 // What a reader of the frame does at least.
@@ -49,10 +60,24 @@ std::size_t FrameCount(const FrameFormat& format, Flow flow) {
 
 } // namespace
 
-void FillFrame(const FrameFormat& format, Content content, std::uint8_t* frame) {
-    const auto stride = static_cast<std::size_t>(format.Stride());
-    for (std::int32_t row = 0; row < format.height; ++row, frame += stride) {
-        std::memset(frame, RowValue(content, row), stride);
+Picture::Picture(const FrameFormat& format, Content content)
+    : m_stride(static_cast<std::size_t>(format.Stride()))
+    , m_height(format.height) {
+    std::mt19937 random(1);
+    for (std::int32_t row = 0; row < RowsOf(content); ++row) {
+        for (std::int32_t i = 0; i < format.Stride(); ++i) {
+            const bool combed = content == Content::Combed && (row / kBlockRows + i / kBlockBytes) % 3 == 0;
+            const int above = row % 2 && combed ? CombStep(random) : content == Content::Busy && row / 2 ? 120 : 0;
+            m_rows.push_back(static_cast<std::uint8_t>(60 + above));
+        }
+    }
+}
+
+void Picture::Fill(std::uint8_t* frame) const {
+    std::size_t at = 0;
+    for (std::int32_t row = 0; row < m_height; ++row, frame += m_stride) {
+        std::memcpy(frame, m_rows.data() + at, m_stride);
+        at = (at + m_stride) % m_rows.size();
     }
 }
 
@@ -61,30 +86,36 @@ const char* FlowName(Flow flow) {
     return kNames[static_cast<int>(flow)];
 }
 
-FrameSet::FrameSet(const FrameFormat& format, Content content, Flow flow)
+FrameMemory MemoryAt(Place place) {
+    const std::size_t past = place == Place::Ordinary ? 16 : 0;
+    return [past](std::size_t bytes) {
+        auto* const block = static_cast<std::uint8_t*>(operator new(bytes + past, kAlignment));
+        return std::shared_ptr<std::uint8_t>(block + past, [block](auto*) { operator delete(block, kAlignment); });
+    };
+}
+
+std::string FrameText(const FrameFormat& format, Place place) {
+    return format.Text() + (place == Place::Aligned ? ", aligned" : "");
+}
+
+FrameSet::FrameSet(const FrameFormat& format, Content content, Flow flow, Place place)
+    : FrameSet(format, content, flow, place, MemoryAt(place)) {}
+
+FrameSet::FrameSet(const FrameFormat& format, Content content, Flow flow, Place place, const FrameMemory& memory)
     : m_format(format)
-    , m_content(content)
-    , m_flow(flow) {
+    , m_picture(format, content)
+    , m_flow(flow)
+    , m_place(place) {
     const std::size_t count = FrameCount(format, flow);
     for (std::size_t i = 0; i < count; ++i) {
-        m_inputs.push_back(MakeFrame());
-        m_outputs.push_back(MakeFrame());
+        m_picture.Fill(m_inputs.emplace_back(memory(format.Bytes())).get());
+        m_picture.Fill(m_outputs.emplace_back(memory(format.Bytes())).get());
     }
     m_framesPerTurn = static_cast<int>(std::max(count, kTurnBytes / format.Bytes()));
 }
 
-FrameSet::Frame FrameSet::MakeFrame() const {
-    Frame frame(static_cast<std::uint8_t*>(operator new(m_format.Bytes(), kAlignment)));
-    FillFrame(m_format, m_content, frame.get());
-    return frame;
-}
-
-void FrameSet::Free::operator()(std::uint8_t* bytes) const {
-    operator delete(bytes, kAlignment);
-}
-
 Contestant FrameSet::MakeContestant(std::string name, Work work) const {
-    const int runInFrames = static_cast<int>(kRunInBytes / m_format.Bytes()) + 1;
+    const int runInFrames = static_cast<int>(RunInBytes() / m_format.Bytes()) + 1;
     const int runInFirst = std::max(0, m_framesPerTurn - runInFrames);
     return {std::move(name), [this, work, runInFirst] { Run(work, runInFirst); }, [this, work] { Run(work, 0); }};
 }
@@ -97,7 +128,7 @@ void FrameSet::Run(const Work& work, int first) const {
     for (int i = first; i < m_framesPerTurn; ++i) {
         const std::size_t index = static_cast<std::size_t>(i) % Count();
         if (m_flow == Flow::Chain) {
-            FillFrame(m_format, m_content, Input(index));
+            m_picture.Fill(Input(index));
         }
         work(index);
         if (m_flow == Flow::Chain || m_flow == Flow::Read) {

@@ -22,10 +22,21 @@ struct FrameFormat {
 enum class Content {
     Clean, // no vertical steps
     Busy,  // large steps between every second pair of rows, and no position combed
-    Combed // large steps between all rows
+    Combed // a third of the picture, in blocks all over it, has steps around the one that counts as large
 };
 
-void FillFrame(const FrameFormat& format, Content content, std::uint8_t* frame);
+// Rows that repeat from top to bottom.
+class Picture {
+public:
+    Picture(const FrameFormat& format, Content content);
+
+    void Fill(std::uint8_t* frame) const;
+
+private:
+    std::size_t m_stride;
+    std::int32_t m_height;
+    std::vector<std::uint8_t> m_rows;
+};
 
 // How frames come and go.
 enum class Flow {
@@ -37,10 +48,25 @@ enum class Flow {
 
 const char* FlowName(Flow flow);
 
-// Input and output frames at addresses that are multiples of 4096, as many of each as the flow wants.
+// Where frames lie.
+enum class Place {
+    Ordinary, // 16 bytes past a cache line, as pipelines hand them out
+    Aligned   // at a multiple of 4096
+};
+
+// Takes `bytes` bytes for one frame.
+using FrameMemory = std::function<std::shared_ptr<std::uint8_t>(std::size_t bytes)>;
+
+FrameMemory MemoryAt(Place place);
+
+// How the table names frames.
+std::string FrameText(const FrameFormat& format, Place place);
+
+// Input and output frames, as many of each as the flow wants, taken by turns: an input frame, its output frame.
 class FrameSet {
 public:
-    FrameSet(const FrameFormat& format, Content content, Flow flow);
+    FrameSet(const FrameFormat& format, Content content, Flow flow, Place place);
+    FrameSet(const FrameFormat& format, Content content, Flow flow, Place place, const FrameMemory& memory);
 
     // The work on one frame, by its index.
     using Work = std::function<void(std::size_t index)>;
@@ -62,17 +88,14 @@ public:
     std::uint8_t* Output(std::size_t index) const { return m_outputs[index].get(); }
     const FrameFormat& Format() const { return m_format; }
 
+    // As the table names the frames.
+    std::string Text() const { return FrameText(m_format, m_place); }
+
 private:
-    struct Free {
-        void operator()(std::uint8_t* bytes) const;
-    };
-    using Frame = std::unique_ptr<std::uint8_t, Free>;
-
-    Frame MakeFrame() const;
-
     FrameFormat m_format;
-    Content m_content;
+    Picture m_picture;
     Flow m_flow;
+    Place m_place;
     int m_framesPerTurn;
-    std::vector<Frame> m_inputs, m_outputs;
+    std::vector<std::shared_ptr<std::uint8_t>> m_inputs, m_outputs;
 };

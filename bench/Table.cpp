@@ -24,8 +24,8 @@ void PrintRow(const char* where, const std::string& what, const std::string& fra
 
 void PrintResult(const char* where, const FrameSet& frames, Flow flow, const Result& result, double wanted) {
     const double bytes = static_cast<double>(frames.Format().Bytes()) * frames.FramesPerTurn();
-    PrintRow(where, result.name, frames.Format().Text(), FlowName(flow), bytes / result.seconds.median * 1e-9,
-             result.ratio, wanted);
+    PrintRow(where, result.name, frames.Text(), FlowName(flow), bytes / result.seconds.median * 1e-9, result.ratio,
+             wanted);
 }
 
 void PrintRate(const char* where, const std::string& what, const std::string& frame, const char* flow,

@@ -20,58 +20,44 @@ constexpr const char* kWhere = "DLL, Wine";
 constexpr int kRounds = 11;
 
 constexpr FrameFormat kSizes[] = {
-    {"YUY2", 720, 480, 16},    {"RGB24", 720, 480, 24},  {"YUY2", 1920, 1080, 16},
-    {"RGB24", 1920, 1080, 24}, {"YUY2", 3840, 2160, 16}, {"RGB24", 3840, 2160, 24},
+    {"YUY2", 720, 480, 16},   {"RGB24", 720, 480, 24},   {"YUY2", 720, 576, 16},   {"RGB24", 720, 576, 24},
+    {"YUY2", 1920, 1080, 16}, {"RGB24", 1920, 1080, 24}, {"YUY2", 3840, 2160, 16}, {"RGB24", 3840, 2160, 24},
 };
 
-// A sample around one frame of a FrameSet.
-class FrameBuffer : public IMFMediaBuffer {
-public:
-    FrameBuffer(std::uint8_t* bytes, std::size_t size)
-        : m_bytes(bytes)
-        , m_size(static_cast<DWORD>(size)) {}
+[[noreturn]] void Fail(const char* what) {
+    std::fprintf(stderr, "bench_transform: %s\n", what);
+    std::exit(1);
+}
 
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override {
-        const bool known = riid == IID_IUnknown || riid == IID_IMFMediaBuffer;
-        *ppv = known ? this : nullptr;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP Lock(BYTE** bytes, DWORD*, DWORD*) override {
-        *bytes = m_bytes;
-        return S_OK;
-    }
-    STDMETHODIMP Unlock() override { return S_OK; }
-    STDMETHODIMP GetCurrentLength(DWORD* length) override {
-        *length = m_size;
-        return S_OK;
-    }
-    STDMETHODIMP SetCurrentLength(DWORD) override { return S_OK; }
-    STDMETHODIMP GetMaxLength(DWORD* length) override {
-        *length = m_size;
-        return S_OK;
-    }
+// Frames in samples with the platform's buffers.
+class SampleFrames {
+public:
+    SampleFrames(const FrameFormat& format, Content content, Flow flow, Place place)
+        : frames(format, content, flow, place,
+                 [&](std::size_t bytes) { return Add(static_cast<DWORD>(bytes), place); }) {}
+
+    IMFSample* Input(std::size_t index) const { return m_samples[2 * index].Get(); }
+    IMFSample* Output(std::size_t index) const { return m_samples[2 * index + 1].Get(); }
 
 private:
-    std::uint8_t* m_bytes;
-    DWORD m_size;
-};
-
-struct Samples {
-    explicit Samples(const FrameSet& frames) {
-        for (std::size_t i = 0; i < frames.Count(); ++i) {
-            Add(frames.Input(i), frames.Format().Bytes(), inputs.emplace_back());
-            Add(frames.Output(i), frames.Format().Bytes(), outputs.emplace_back());
+    std::shared_ptr<std::uint8_t> Add(DWORD bytes, Place place) {
+        CComRef<IMFMediaBuffer> buffer;
+        BYTE* start = nullptr;
+        const HRESULT made = place == Place::Aligned ? MFCreateAlignedMemoryBuffer(bytes, 4095, buffer.Put())
+                                                     : MFCreateMemoryBuffer(bytes, buffer.Put());
+        if (FAILED(made) || FAILED(buffer->Lock(&start, nullptr, nullptr))) {
+            Fail("no memory for frames");
         }
+        buffer->Unlock();
+        buffer->SetCurrentLength(bytes);
+        MakeSample(buffer.Get(), m_samples.emplace_back());
+        return {start, [](auto*) {}}; // the sample's buffer owns it
     }
 
-    void Add(std::uint8_t* bytes, std::size_t size, CComRef<IMFSample>& sample) {
-        MakeSample(&buffers.emplace_back(bytes, size), sample);
-    }
+    std::deque<CComRef<IMFSample>> m_samples; // an input, its output, the next input
 
-    std::deque<FrameBuffer> buffers;
-    std::deque<CComRef<IMFSample>> inputs, outputs;
+public:
+    const FrameSet frames; // made last: its memory comes from the samples
 };
 
 // The DLL's transform for one format and work.
@@ -107,7 +93,7 @@ public:
     // One combed frame, so that the hold runs.
     bool StartHold(const FrameFormat& format) const {
         std::vector<BYTE> bytes(format.Bytes());
-        FillFrame(format, Content::Combed, bytes.data());
+        Picture(format, Content::Combed).Fill(bytes.data());
         CComRef<IMFSample> input, output;
         MakeSample(bytes, input);
         MakeSample(bytes, output);
@@ -118,14 +104,9 @@ private:
     CComRef<IMFTransform> m_transform;
 };
 
-[[noreturn]] void Fail(const char* what) {
-    std::fprintf(stderr, "bench_transform: %s\n", what);
-    std::exit(1);
-}
-
-void Measure(const Module& module, const FrameFormat& format, Flow flow, Content content) {
-    const FrameSet frames(format, content, flow);
-    const Samples samples(frames);
+void Measure(const Module& module, const FrameFormat& format, Flow flow, Place place, Content content) {
+    const SampleFrames samples(format, content, flow, place);
+    const FrameSet& frames = samples.frames;
     const bool streaming = StoresFor(format.Bytes()) == Stores::Streaming;
     std::vector<Contestant> contestants{frames.MakeCopying()};
     std::vector<double> wanted{0};
@@ -140,7 +121,7 @@ void Measure(const Module& module, const FrameFormat& format, Flow flow, Content
             Fail("the DLL's transform can't be set up");
         }
         contestants.push_back(frames.MakeContestant(work.name, [&](std::size_t i) {
-            if (!worker.Run(samples.inputs[i].Get(), samples.outputs[i].Get())) {
+            if (!worker.Run(samples.Input(i), samples.Output(i))) {
                 Fail("a frame failed");
             }
         }));
@@ -154,12 +135,10 @@ void Measure(const Module& module, const FrameFormat& format, Flow flow, Content
 
 // As many transforms as threads, each with its own frames: the frames of all in a second.
 void MeasureThreads(const Module& module, const FrameFormat& format, const FrameWork& work, unsigned count) {
-    std::vector<std::unique_ptr<FrameSet>> frames;
-    std::vector<std::unique_ptr<Samples>> samples;
+    std::vector<std::unique_ptr<SampleFrames>> samples;
     std::vector<Worker> workers(count);
     for (Worker& worker : workers) {
-        frames.push_back(std::make_unique<FrameSet>(format, work.content, Flow::Chain));
-        samples.push_back(std::make_unique<Samples>(*frames.back()));
+        samples.push_back(std::make_unique<SampleFrames>(format, work.content, Flow::Chain, Place::Ordinary));
         if (!worker.Start(module, format, work)) {
             Fail("the DLL's transform can't be set up");
         }
@@ -170,9 +149,9 @@ void MeasureThreads(const Module& module, const FrameFormat& format, const Frame
             std::vector<std::jthread> threads;
             for (unsigned t = 0; t < count; ++t) {
                 threads.emplace_back([&, t] {
-                    frames[t]->Run(
+                    samples[t]->frames.Run(
                         [&](std::size_t i) {
-                            if (!workers[t].Run(samples[t]->inputs[i].Get(), samples[t]->outputs[i].Get())) {
+                            if (!workers[t].Run(samples[t]->Input(i), samples[t]->Output(i))) {
                                 Fail("a frame failed");
                             }
                         },
@@ -180,7 +159,7 @@ void MeasureThreads(const Module& module, const FrameFormat& format, const Frame
                 });
             }
         });
-        const double turn = static_cast<double>(format.Bytes()) * frames[0]->FramesPerTurn();
+        const double turn = static_cast<double>(format.Bytes()) * samples[0]->frames.FramesPerTurn();
         rates.push_back(turn * count / seconds * 1e-9);
     }
     PrintRate(kWhere, std::string(work.name) + ", " + std::to_string(count) + " transforms in as many threads",
@@ -189,6 +168,18 @@ void MeasureThreads(const Module& module, const FrameFormat& format, const Frame
 
 bool IsWanted(const std::string& text, const char* part) {
     return !part || text.find(part) != std::string::npos;
+}
+
+// Aligned frames in one flow only, unless another is asked for.
+void MeasureAll(const Module& module, const FrameFormat& format, Place place, const char* wantedFlow) {
+    for (const Flow flow : {Flow::Cold, Flow::Warm, Flow::Read, Flow::Chain}) {
+        if (wantedFlow ? std::strcmp(FlowName(flow), wantedFlow) != 0 : place == Place::Aligned && flow != Flow::Cold) {
+            continue;
+        }
+        for (const Content content : {Content::Clean, Content::Busy, Content::Combed}) {
+            Measure(module, format, flow, place, content);
+        }
+    }
 }
 
 } // namespace
@@ -200,19 +191,15 @@ int main(int argc, char** argv) {
     if (!module.Handle()) {
         Fail("NMFVDeitrx.dll must lie beside this program");
     }
+    const char* const frame = argc > 1 ? argv[1] : nullptr;
+    const char* const flow = argc > 2 ? argv[2] : nullptr;
     for (const FrameFormat& format : kSizes) {
-        if (!IsWanted(format.Text(), argc > 1 ? argv[1] : nullptr)) {
-            continue;
-        }
-        for (const Flow flow : {Flow::Cold, Flow::Warm, Flow::Read, Flow::Chain}) {
-            if (argc > 2 && std::strcmp(FlowName(flow), argv[2]) != 0) {
-                continue;
-            }
-            for (const Content content : {Content::Clean, Content::Busy, Content::Combed}) {
-                Measure(module, format, flow, content);
+        for (const Place place : {Place::Ordinary, Place::Aligned}) {
+            if (IsWanted(FrameText(format, place), frame)) {
+                MeasureAll(module, format, place, flow);
             }
         }
-        for (unsigned count = 1; count <= std::max(2u, std::thread::hardware_concurrency()); count *= 2) {
+        for (unsigned count = 1; !frame && count <= std::max(2u, std::thread::hardware_concurrency()); count *= 2) {
             MeasureThreads(module, format, FrameWorks()[1], count);
         }
     }

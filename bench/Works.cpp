@@ -15,19 +15,19 @@ constexpr FrameWork kWorks[] = {
     {"auto, combed, merge", Content::Combed, true, true, true, true},
 };
 
-// By work: streaming and cold; ordinary stores, cold at 1920x1080; cold at 720x480; warm at 720x480.
+// By work: streaming and cold; ordinary stores, cold at 1920x1080; cold and warm at 720x480 and 720x576.
 constexpr struct {
     const char* name;
-    double streaming, cold1080, cold480, warm480;
+    double streaming, cold1080, coldSmall, warmSmall;
 } kWanted[] = {
     {"off", 0.60, 0, 0, 1.05},
-    {"rebuild", 0.60, 0.80, 1.00, 1.05},
-    {"merge", 0.70, 0.95, 1.00, 1.05},
-    {"auto, clean", 0.70, 0.95, 1.20, 1.60},
+    {"rebuild", 0.60, 0.80, 1.05, 1.05},
+    {"merge", 0.70, 0.95, 1.05, 1.05},
+    {"auto, clean", 0.70, 0.95, 1.15, 1.60},
     {"auto, busy", 0.90, 0, 0, 0},
     {"auto, hold runs, clean, rebuild", 0.85, 0, 0, 0},
-    {"auto, combed, rebuild", 0.70, 0, 0, 0},
-    {"auto, combed, merge", 0.80, 0, 0, 0},
+    {"auto, combed, rebuild", 0.85, 0.85, 1.20, 0},
+    {"auto, combed, merge", 0.90, 0.90, 1.20, 0},
 };
 
 } // namespace
@@ -39,13 +39,14 @@ std::span<const FrameWork> FrameWorks() {
 double WantedRatio(const FrameWork& work, const FrameFormat& format, Flow flow, bool streaming) {
     for (const auto& row : kWanted) {
         if (std::strcmp(row.name, work.name) == 0) {
+            const bool small = format.width == 720;
             if (flow == Flow::Cold && streaming) {
                 return row.streaming;
             }
             if (flow == Flow::Cold) {
-                return format.height == 1080 ? row.cold1080 : format.height == 480 ? row.cold480 : 0;
+                return format.height == 1080 ? row.cold1080 : small ? row.coldSmall : 0;
             }
-            return flow == Flow::Warm && format.height == 480 ? row.warm480 : 0;
+            return flow == Flow::Warm && small ? row.warmSmall : 0;
         }
     }
     return 0;

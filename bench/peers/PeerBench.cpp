@@ -48,13 +48,14 @@ void AddPeer(const char* name, const char* description, const FrameSet& frames, 
 }
 
 void Measure(const FrameFormat& format) {
-    const FrameSet frames(format, Content::Clean, Flow::Cold);
+    const FrameSet frames(format, Content::Clean, Flow::Cold, Place::Ordinary);
     const Stores stores = StoresFor(format.Bytes());
     std::vector<Contestant> contestants{frames.MakeCopying()};
     for (const FrameWork& work : FrameWorks().subspan(1, 3)) { // rebuild, merge and auto on clean frames
         contestants.push_back(
-            frames.MakeContestant(std::string("this engine: ") + work.name,
-                                  [&frames, work, stores](std::size_t i) { DoWork(work, frames, i, stores); }));
+            frames.MakeContestant(std::string("this engine: ") + work.name, [&, stores](std::size_t i) {
+                DoWork(work, format, frames.Input(i), frames.Output(i), stores);
+            }));
     }
     for (const auto& filter : kAvFilters) {
         AddPeer<AvFilter>(filter.name, filter.description, frames, contestants);

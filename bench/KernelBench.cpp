@@ -18,6 +18,7 @@ struct Rows {
     alignas(64) std::array<std::uint8_t, kRows * kRow> in{};
     alignas(64) std::array<std::uint8_t, 2 * kRow> out{};
     CarriedRows carried;
+    OpenLine line;
 
     const std::uint8_t* Row(std::ptrdiff_t row) const { return in.data() + row * static_cast<std::ptrdiff_t>(kRow); }
 };
@@ -30,17 +31,17 @@ RowRun Run(Rows& r, std::int32_t rows) {
 
 template <RowWriters RowKernels::*Way>
 void RunRebuild(const RowKernels& k, Rows& r) {
-    (k.*Way).rebuild(Run(r, 2), r.carried.One());
+    (k.*Way).rebuild(Run(r, 2), r.carried.One(), r.line);
 }
 
 template <RowWriters RowKernels::*Way>
 void RunBlend(const RowKernels& k, Rows& r) {
-    (k.*Way).blend(Run(r, 1), r.carried.OfTwo(0), r.carried.OfTwo(1));
+    (k.*Way).blend(Run(r, 1), r.carried.OfTwo(0), r.carried.OfTwo(1), r.line);
 }
 
 template <RowWriters RowKernels::*Way>
 void RunCopy(const RowKernels& k, Rows& r) {
-    (k.*Way).copy(r.out.data(), r.Row(0), kRow);
+    (k.*Way).copy(r.out.data(), r.Row(0), kRow, r.line);
 }
 
 template <CombTriosFn RowKernels::*Comb, int SampleBytes>

@@ -16,10 +16,17 @@ void AverageBytes(std::uint8_t* out, const std::uint8_t* above, const std::uint8
 void BlendBytes(std::uint8_t* out, const std::uint8_t* above, const std::uint8_t* current, const std::uint8_t* below,
                 std::size_t bytes);
 
+// The cache line that streamed rows have ended within. Its bytes are kept here: when the next row that is written
+// begins where this one ended, the two share the line, and it is streamed whole. To be finished with `finish`.
+struct OpenLine {
+    alignas(kCacheLine) std::uint8_t bytes[kCacheLine]; // each at its place in the line, from the line's start on
+    std::uint8_t* end = nullptr;                        // of those kept, in the frame; null: none are
+};
+
 // Kernels that write rows. `out` overlaps no other row.
 
 // out[i] = in[i] for `bytes` bytes.
-using CopyRowFn = void (*)(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes);
+using CopyRowFn = void (*)(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes, OpenLine& line);
 
 // Rows one after the other that are made of the row above, the current one and the row below. Only the row below is
 // read in the frame: the others are carried along outside it, and the row below takes the place of the row above.
@@ -35,18 +42,18 @@ struct RowRun {
 
 // Every second row is rebuilt, from the first one on: out[i] = (carried[i] + below[i]) >> 1, carried[i] = below[i]. The
 // row after it is kept: out[i] = carried[i].
-using RebuildRowsFn = void (*)(const RowRun& run, std::uint8_t* carried);
+using RebuildRowsFn = void (*)(const RowRun& run, std::uint8_t* carried, OpenLine& line);
 
 // `older` holds the row above, `newer` the current one: out[i] = (older[i] + 2 * newer[i] + below[i]) >> 2, older[i] =
 // below[i]; for the next row the two change their roles.
-using BlendRowsFn = void (*)(const RowRun& run, std::uint8_t* older, std::uint8_t* newer);
+using BlendRowsFn = void (*)(const RowRun& run, std::uint8_t* older, std::uint8_t* newer, OpenLine& line);
 
-// One way to store rows.
+// One way to store rows. What is streamed is complete after `finish` only.
 struct RowWriters {
     CopyRowFn copy;
     RebuildRowsFn rebuild;
     BlendRowsFn blend;
-    void (*finish)(); // after the last row, before anyone else may look at it
+    void (*finish)(OpenLine& line); // after the last row, before anyone else may look at it
 };
 
 // Counts combed positions around one pair of rows.

@@ -26,27 +26,27 @@ struct OneSample {
     static std::uint32_t Count(bool step) { return step ? 1u : 0u; }
 };
 
-void CopyRow(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
+void CopyRow(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes, OpenLine&) {
     std::copy_n(in, bytes, out);
 }
 
-void RebuildRows(const RowRun& run, std::uint8_t* carried) {
+void RebuildRows(const RowRun& run, std::uint8_t* carried, OpenLine&) {
     for (std::int32_t row = 0; row < run.rows; ++row) {
         const std::ptrdiff_t at = row * run.stride;
         if (row % 2 == 0) {
             AverageBytes(run.out + at, carried, run.below + at, run.bytes);
-            CopyRow(carried, run.below + at, run.bytes);
+            std::copy_n(run.below + at, run.bytes, carried);
         } else {
-            CopyRow(run.out + at, carried, run.keptBytes);
+            std::copy_n(carried, run.keptBytes, run.out + at);
         }
     }
 }
 
-void BlendRows(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
+void BlendRows(const RowRun& run, std::uint8_t* older, std::uint8_t* newer, OpenLine&) {
     for (std::int32_t row = 0; row < run.rows; ++row, std::swap(older, newer)) {
         const std::ptrdiff_t at = row * run.stride;
         BlendBytes(run.out + at, older, newer, run.below + at, run.bytes);
-        CopyRow(older, run.below + at, run.bytes);
+        std::copy_n(run.below + at, run.bytes, older);
     }
 }
 
@@ -55,7 +55,7 @@ std::uint32_t CountTrios(const std::uint8_t* row, std::ptrdiff_t stride, std::in
     return CombTriosOfBlocks(OneSample<SampleBytes, ComparedBytes>{}, row, stride, samples, pairsAfter);
 }
 
-constexpr RowWriters kWriters{CopyRow, RebuildRows, BlendRows, [] {}};
+constexpr RowWriters kWriters{CopyRow, RebuildRows, BlendRows, [](OpenLine&) {}};
 
 } // namespace
 

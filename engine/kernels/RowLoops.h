@@ -7,8 +7,10 @@
 // (a + b) >> 1 is the rounding average between complements: ~avg(~a, ~b). Twice that is (a + 2c + b) >> 2, so the bytes
 // stay bytes.
 //
-// Streamed rows: whole cache lines get non-temporal stores, and what lies before the first and after the last one gets
-// ordinary ones. A line that is stored in both ways costs many times what it saves.
+// Streamed rows: whole cache lines get non-temporal stores. A line that two rows share is put together in the OpenLine;
+// only what lies before the first whole line and after the last one of rows without a gap gets ordinary stores. Each of
+// those waits for its line to be read, and all stores behind it wait too. A line that is stored in both ways costs many
+// times what it saves.
 //
 // Instantiate this with types of an unnamed namespace only, as CombTrios.h, and call nothing else that is shared.
 #pragma once
@@ -16,6 +18,7 @@
 #include "engine/kernels/CombTrios.h"
 #include "engine/kernels/RowKernels.h"
 
+#include <cstring>
 #include <type_traits>
 
 // Mixes: what one row is made of, vector by vector (W: V or a smaller one) or, where none fits, as the reference has
@@ -25,12 +28,6 @@
 // harm.
 constexpr std::size_t kNowBytes = 4 * kCacheLine;
 
-// What is left of one row, for the reference's kernels.
-template <class V>
-RowRun OneRow(std::uint8_t* out, const std::uint8_t* below, std::size_t bytes) {
-    return {.out = out, .below = below, .last = below, .stride = 0, .bytes = bytes, .keptBytes = bytes, .rows = 1};
-}
-
 template <class V, bool Streamed>
 struct CopyOf {
     const std::uint8_t* in;
@@ -39,9 +36,7 @@ struct CopyOf {
     typename W::Type Mixed(std::size_t i) const {
         return W::Load(in + i);
     }
-    void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
-        kScalarKernels.cached.copy(out + i, in + i, bytes);
-    }
+    void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const { std::memcpy(out, in + i, bytes); }
     void Prefetch(const std::uint8_t* out, std::size_t i) const {
         if constexpr (!Streamed) {
             V::PrefetchNow(out + i + kNowBytes);
@@ -73,7 +68,8 @@ struct AverageOf {
         return AverageDown<W>(above, next);
     }
     void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
-        kScalarKernels.cached.rebuild(OneRow<V>(out + i, below + i, bytes), carried + i);
+        AverageBytes(out, carried + i, below + i, bytes);
+        std::memcpy(carried + i, below + i, bytes);
     }
     void Prefetch(const std::uint8_t* out, std::size_t i) const {
         V::PrefetchSoon(soon + i); // every other row is read: the hardware prefetcher doesn't follow
@@ -98,7 +94,8 @@ struct BlendOf {
         return BlendDown<W>(above, W::Load(newer + i), next);
     }
     void MixBytes(std::uint8_t* out, std::size_t i, std::size_t bytes) const {
-        kScalarKernels.cached.blend(OneRow<V>(out + i, below + i, bytes), older + i, newer + i);
+        BlendBytes(out, older + i, newer + i, below + i, bytes);
+        std::memcpy(older + i, below + i, bytes);
     }
     void Prefetch(const std::uint8_t* out, std::size_t i) const {
         if constexpr (Streamed) {
@@ -110,28 +107,41 @@ struct BlendOf {
     }
 };
 
-// Bytes from `out` to where its first whole cache line begins.
+// How far `p` lies into its cache line.
 template <class V>
-std::size_t BytesToLine(const std::uint8_t* out) {
-    return (0 - reinterpret_cast<std::uintptr_t>(out)) % kCacheLine;
+std::size_t PlaceInLine(const std::uint8_t* p) {
+    return reinterpret_cast<std::uintptr_t>(p) % kCacheLine;
 }
 
+// Bytes from `out` to where its first whole cache line begins, `bytes` at most.
+template <class V>
+std::size_t BytesToLine(const std::uint8_t* out, std::size_t bytes) {
+    const std::size_t toLine = (kCacheLine - PlaceInLine<V>(out)) % kCacheLine;
+    return toLine < bytes ? toLine : bytes;
+}
+
+// The whole line is mixed before any of it is stored: a streaming store that waits for the next vector's input would
+// keep a half-filled line waiting too, and the processor has few places for those.
 template <class V, bool Streamed, class Mix>
 void PutLine(std::uint8_t* out, std::size_t i, const Mix& mix) {
+    typename V::Type mixed[kCacheLine / V::kBytes];
+    for (std::size_t k = 0; k < kCacheLine; k += V::kBytes) {
+        mixed[k / V::kBytes] = mix.template Mixed<V>(i + k);
+    }
     for (std::size_t k = 0; k < kCacheLine; k += V::kBytes) {
         if constexpr (Streamed) {
-            V::Stream(out + i + k, mix.template Mixed<V>(i + k));
+            V::Stream(out + k, mixed[k / V::kBytes]);
         } else {
-            V::Store(out + i + k, mix.template Mixed<V>(i + k));
+            V::Store(out + k, mixed[k / V::kBytes]);
         }
     }
 }
 
-// The bytes from i to end, stored in the ordinary way.
+// The mix's bytes from i to end, stored in the ordinary way.
 template <class V, class Mix>
 void PutBytes(std::uint8_t* out, std::size_t i, std::size_t end, const Mix& mix) {
-    for (; i + V::kBytes <= end; i += V::kBytes) {
-        V::Store(out + i, mix.template Mixed<V>(i));
+    for (; i + V::kBytes <= end; i += V::kBytes, out += V::kBytes) {
+        V::Store(out, mix.template Mixed<V>(i));
     }
     if (i == end) {
         return;
@@ -143,21 +153,55 @@ void PutBytes(std::uint8_t* out, std::size_t i, std::size_t end, const Mix& mix)
     }
 }
 
+// The kept bytes of a line that nobody fills.
+template <class V>
+void CloseLine(OpenLine& line) {
+    if (line.end) {
+        const std::size_t kept = PlaceInLine<V>(line.end);
+        std::memcpy(line.end - kept, line.bytes, kept);
+        line.end = nullptr;
+    }
+}
+
+// A streamed row's bytes before its first whole line: they fill the line that the row before has left open, or begin
+// within a line. Returns how many there are.
+template <class V, class Mix>
+std::size_t PutFirstBytes(std::uint8_t* out, std::size_t bytes, const Mix& mix, OpenLine& line) {
+    const std::size_t first = BytesToLine<V>(out, bytes);
+    if (line.end != out) {
+        CloseLine<V>(line);
+        PutBytes<V>(out, 0, first, mix);
+        return first;
+    }
+    PutBytes<V>(line.bytes + PlaceInLine<V>(out), 0, first, mix);
+    line.end = out + first;
+    if (PlaceInLine<V>(line.end) == 0) {
+        PutLine<V, true>(line.end - kCacheLine, 0, CopyOf<V, true>{line.bytes});
+        line.end = nullptr;
+    }
+    return first;
+}
+
 // Lines: every store stays within a cache line. Ordinary stores may cross lines instead, from the row's start on.
 template <class V, bool Streamed, bool Lines = Streamed, class Mix>
-void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix) {
+void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix, OpenLine& line) {
     std::size_t i = 0;
-    if constexpr (Lines) {
-        i = BytesToLine<V>(out) < bytes ? BytesToLine<V>(out) : bytes;
+    if constexpr (Streamed) {
+        i = PutFirstBytes<V>(out, bytes, mix, line);
+    } else if constexpr (Lines) {
+        i = BytesToLine<V>(out, bytes);
         PutBytes<V>(out, 0, i, mix);
     }
     for (; i + kCacheLine <= bytes; i += kCacheLine) {
         mix.Prefetch(out, i);
-        PutLine<V, Streamed>(out, i, mix);
+        PutLine<V, Streamed>(out + i, i, mix);
     }
     if (i < bytes) {
         mix.Prefetch(out, i);
-        PutBytes<V>(out, i, bytes, mix);
+        PutBytes<V>(Streamed ? line.bytes : out + i, i, bytes, mix);
+        if constexpr (Streamed) {
+            line.end = out + bytes;
+        }
     }
 }
 
@@ -165,24 +209,24 @@ void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix) {
 constexpr std::size_t kManyBytes = 128 * 1024;
 
 template <class V, bool Streamed>
-void CopyHalves(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
+void CopyHalves(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes, OpenLine& line) {
     const CopyOf<V, Streamed> copy{in};
-    const std::size_t first = Streamed ? BytesToLine<V>(out) : 0;
+    const std::size_t first = Streamed ? PutFirstBytes<V>(out, bytes, copy, line) : 0;
     const std::size_t half = (bytes - first) / 2 / kCacheLine * kCacheLine;
-    PutBytes<V>(out, 0, first, copy);
     for (std::size_t i = first; i < first + half; i += kCacheLine) {
-        PutLine<V, Streamed>(out, i, copy);
-        PutLine<V, Streamed>(out, i + half, copy);
+        PutLine<V, Streamed>(out + i, i, copy);
+        PutLine<V, Streamed>(out + i + half, i + half, copy);
     }
-    PutBytes<V>(out, first + 2 * half, bytes, copy);
+    const std::size_t done = first + 2 * half;
+    MixRow<V, Streamed>(out + done, bytes - done, CopyOf<V, Streamed>{in + done}, line);
 }
 
 template <class V, bool Streamed>
-void VectorCopy(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes) {
+void VectorCopy(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes, OpenLine& line) {
     if (bytes >= kManyBytes) {
-        return CopyHalves<V, Streamed>(out, in, bytes);
+        return CopyHalves<V, Streamed>(out, in, bytes, line);
     }
-    MixRow<V, Streamed>(out, bytes, CopyOf<V, Streamed>{in});
+    MixRow<V, Streamed>(out, bytes, CopyOf<V, Streamed>{in}, line);
 }
 
 // What will be read four rows after the row that begins at run.below + at: an even number, as rebuilding reads every
@@ -194,30 +238,32 @@ const std::uint8_t* SoonRead(const RowRun& run, std::ptrdiff_t at) {
 }
 
 template <class V, bool Streamed>
-void VectorRebuild(const RowRun& run, std::uint8_t* carried) {
+void VectorRebuild(const RowRun& run, std::uint8_t* carried, OpenLine& line) {
     for (std::int32_t row = 0; row < run.rows; row += 2) {
         const std::ptrdiff_t at = row * run.stride;
         MixRow<V, Streamed, true>(run.out + at, run.bytes,
-                                  AverageOf<V, Streamed>{carried, run.below + at, SoonRead<V>(run, at)});
+                                  AverageOf<V, Streamed>{carried, run.below + at, SoonRead<V>(run, at)}, line);
         if (row + 1 < run.rows) {
-            MixRow<V, Streamed, true>(run.out + at + run.stride, run.keptBytes, CopyOf<V, Streamed>{carried});
+            MixRow<V, Streamed, true>(run.out + at + run.stride, run.keptBytes, CopyOf<V, Streamed>{carried}, line);
         }
     }
 }
 
 template <class V, bool Streamed>
-void VectorBlend(const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
+void VectorBlend(const RowRun& run, std::uint8_t* older, std::uint8_t* newer, OpenLine& line) {
     for (std::int32_t row = 0; row < run.rows; ++row) {
         const std::ptrdiff_t at = row * run.stride;
         MixRow<V, Streamed>(run.out + at, run.bytes,
                             BlendOf<V, Streamed>{row % 2 ? newer : older, row % 2 ? older : newer, run.below + at,
-                                                 SoonRead<V>(run, at)});
+                                                 SoonRead<V>(run, at)},
+                            line);
     }
 }
 
 template <class V, bool Streamed>
-void Finish() {
+void Finish(OpenLine& line) {
     if constexpr (Streamed) {
+        CloseLine<V>(line);
         V::Fence();
     }
 }

@@ -57,14 +57,14 @@ void FrameOutput::WriteTo(std::int32_t end) {
 
 void FrameOutput::Finish() {
     WriteTo(m_frames.shape.height);
-    m_writers.finish();
+    m_writers.finish(m_line);
 }
 
 // Rows outside the area, as one block.
 void FrameOutput::PassRows(std::int32_t end) {
     const std::ptrdiff_t start = std::ptrdiff_t{m_row} * m_frames.shape.stride;
     const std::ptrdiff_t bytes = std::ptrdiff_t{end - m_row} * m_frames.shape.stride;
-    m_writers.copy(m_frames.output + start, m_frames.input + start, static_cast<std::size_t>(bytes));
+    m_writers.copy(m_frames.output + start, m_frames.input + start, static_cast<std::size_t>(bytes), m_line);
     m_row = end;
 }
 
@@ -82,7 +82,7 @@ void FrameOutput::CopyRow() {
         return PassRows(m_row + 1);
     }
     const std::ptrdiff_t at = AreaByte(m_row++);
-    m_areaWriters.copy(m_frames.output + at, m_frames.input + at, static_cast<std::size_t>(m_copyBytes));
+    m_areaWriters.copy(m_frames.output + at, m_frames.input + at, static_cast<std::size_t>(m_copyBytes), m_line);
 }
 
 // Some rows, strip by strip: what is read of them is carried from row to row.
@@ -127,9 +127,9 @@ void FrameOutput::CombineStrip(std::int32_t end, std::int32_t left, std::int32_t
         .rows = end - m_row,
     };
     if (m_plan.merge) {
-        m_areaWriters.blend(run, m_carried.OfTwo(m_row - 1), m_carried.OfTwo(m_row));
+        m_areaWriters.blend(run, m_carried.OfTwo(m_row - 1), m_carried.OfTwo(m_row), m_line);
     } else {
-        m_areaWriters.rebuild(run, m_carried.One());
+        m_areaWriters.rebuild(run, m_carried.One(), m_line);
     }
 }
 

@@ -47,5 +47,6 @@ private:
     std::int32_t m_stripBytes;   // of a combined one that are written in one go
     std::int32_t m_row = 0;
     CarriedRows m_carried;
+    OpenLine m_line;
     std::int32_t m_carriedTo = -1; // the row that the rows before it are carried for, in one strip
 };

@@ -79,11 +79,12 @@ public:
 
     RandomBytes& Random() { return m_random; }
 
-    // New contents for frames of a shape, against the closed page in front of them or behind them.
-    void Fill(const FrameShape& shape, bool atEnd) {
+    // New contents for frames of a shape, against the closed page in front of them or behind them, or so many bytes
+    // away from it.
+    void Fill(const FrameShape& shape, bool atEnd, std::size_t inAway = 0, std::size_t outAway = 0) {
         const auto bytes = static_cast<std::size_t>(shape.Bytes());
-        m_in = {atEnd ? m_blocks.AtEnd(0, bytes) : m_blocks.AtStart(0), bytes};
-        m_out = {atEnd ? m_blocks.AtEnd(1, bytes) : m_blocks.AtStart(1), bytes};
+        m_in = {atEnd ? m_blocks.AtEnd(0, bytes + inAway) : m_blocks.AtStart(0) + inAway, bytes};
+        m_out = {atEnd ? m_blocks.AtEnd(1, bytes + outAway) : m_blocks.AtStart(1) + outAway, bytes};
         m_random.Fill(m_in);
         m_before.assign(bytes, 0);
         m_random.Fill(m_before);
@@ -129,6 +130,21 @@ TEST(Frames, FormatsAndOddSizes) {
                         ASSERT_TRUE(frames.Matches({shape, method, true, {0, 0, width, height}}));
                     }
                 }
+            }
+        }
+    }
+}
+
+// Rows that share cache lines with those after them, at every place in a line.
+TEST(Frames, EveryPlaceInACacheLine) {
+    TestFrames frames(64 + 328 * 11);
+    for (const std::int32_t width : {3, 20, 64, 100, 253, 328}) {
+        for (std::size_t away = 0; away < 64; ++away) {
+            const FrameShape shape = ShapeOf(width, 11, 8, false);
+            frames.Fill(shape, away % 2 != 0, away * 5 % 64, away);
+            for (int method = 0; method < 4; ++method) {
+                ASSERT_TRUE(frames.Matches({shape, kMethods[method], false, {}})) << away << " bytes away";
+                ASSERT_TRUE(frames.Matches({shape, kMethods[method], true, {0, 2, width, 9}})) << away << " bytes away";
             }
         }
     }

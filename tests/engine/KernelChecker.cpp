@@ -44,24 +44,25 @@ struct Mix {
     const char* name;
     int outputs;
     void (*run)(const RowWriters& writers, std::uint8_t* const out[2], const std::uint8_t* const rows[3],
-                std::size_t bytes);
+                std::size_t bytes, OpenLine& line);
 };
 
 using Out = std::uint8_t* const[2];
 using Rows = const std::uint8_t* const[3];
 
 constexpr Mix kMixes[] = {
-    {"copy", 1, [](const RowWriters& w, Out out, Rows rows, std::size_t n) { w.copy(out[0], rows[0], n); }},
+    {"copy", 1,
+     [](const RowWriters& w, Out out, Rows rows, std::size_t n, OpenLine& line) { w.copy(out[0], rows[0], n, line); }},
     {"rebuild", 2,
-     [](const RowWriters& w, Out out, Rows rows, std::size_t n) {
+     [](const RowWriters& w, Out out, Rows rows, std::size_t n, OpenLine& line) {
          std::copy_n(rows[0], n, out[1]);
-         w.rebuild({out[0], rows[2], rows[2], 0, n, n, 1}, out[1]);
+         w.rebuild({out[0], rows[2], rows[2], 0, n, n, 1}, out[1], line);
      }},
     {"blend", 2,
-     [](const RowWriters& w, Out out, Rows rows, std::size_t n) {
+     [](const RowWriters& w, Out out, Rows rows, std::size_t n, OpenLine& line) {
          std::vector<std::uint8_t> newer(rows[1], rows[1] + n);
          std::copy_n(rows[0], n, out[1]);
-         w.blend({out[0], rows[2], rows[2], 0, n, n, 1}, out[1], newer.data());
+         w.blend({out[0], rows[2], rows[2], 0, n, n, 1}, out[1], newer.data(), line);
      }},
 };
 
@@ -106,8 +107,9 @@ const char* RunAndCompare(const Mix& mix, const RowWriters& writers, const Guard
         out[i] = Place(blocks, kSource + i, placement, kSource + i, want[i].size());
         std::ranges::fill(blocks.Block(kSource + i), kCanary);
     }
-    mix.run(writers, out, rows, want[0].size());
-    writers.finish();
+    OpenLine line;
+    mix.run(writers, out, rows, want[0].size(), line);
+    writers.finish(line);
     const char* fault = nullptr;
     for (int i = 0; i < mix.outputs && !fault; ++i) {
         fault = Fault(blocks.Block(kSource + i), out[i], want[i]);
@@ -125,7 +127,8 @@ std::string CheckMix(const Mix& mix, const Way& way, const RowKernels& variant, 
                 FillSources(blocks, placement, bytes, extremes, random, rows);
                 std::vector<std::uint8_t> want[2]{std::vector<std::uint8_t>(bytes), std::vector<std::uint8_t>(bytes)};
                 std::uint8_t* const wanted[2] = {want[0].data(), want[1].data()};
-                mix.run(kScalarKernels.cached, wanted, rows, bytes);
+                OpenLine unused;
+                mix.run(kScalarKernels.cached, wanted, rows, bytes, unused);
                 if (const char* fault = RunAndCompare(mix, variant.*way.writers, blocks, placement, rows, want)) {
                     std::ostringstream text;
                     text << variant.name << " " << mix.name << " " << fault << ": " << way.name << " bytes=" << bytes

@@ -1,4 +1,5 @@
 // The row kernels: the reference by example, every variant against the reference, and the checker against faults.
+#include "engine/kernels/RowLoops.h"
 #include "tests/engine/KernelChecker.h"
 #include "tests/support/GuardedBlocks.h"
 #include "tests/support/RandomBytes.h"
@@ -6,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
@@ -88,8 +90,9 @@ TEST_P(KernelVariant, CopiesLargeBlocks) {
                 std::vector<std::uint8_t> out(kMost + 64, 0xC5);
                 std::vector<std::uint8_t> want = out;
                 std::copy_n(in.begin(), bytes, want.begin() + static_cast<std::ptrdiff_t>(at));
-                writers->copy(out.data() + at, in.data(), bytes);
-                writers->finish();
+                OpenLine line;
+                writers->copy(out.data() + at, in.data(), bytes, line);
+                writers->finish(line);
                 ASSERT_TRUE(want == out) << bytes << " bytes to " << at;
             }
         }
@@ -98,6 +101,40 @@ TEST_P(KernelVariant, CopiesLargeBlocks) {
 
 INSTANTIATE_TEST_SUITE_P(Kernels, KernelVariant, testing::Range<std::size_t>(1, AllRowKernels().size()),
                          [](const auto& index) { return std::string(AllRowKernels()[index.param]->name); });
+
+// A vector that notes the lines it streams.
+struct NotingVector {
+    using Type = std::array<std::uint8_t, kCacheLine>;
+    using Smaller = void;
+    static constexpr std::size_t kBytes = kCacheLine;
+    static inline std::vector<const std::uint8_t*> streamed;
+
+    static Type Load(const std::uint8_t* p) {
+        return std::to_array(*reinterpret_cast<const std::uint8_t(*)[kBytes]>(p));
+    }
+    static void Store(std::uint8_t* p, Type v) { std::ranges::copy(v, p); }
+    static void Stream(std::uint8_t* p, Type v) { streamed.push_back(p), Store(p, v); }
+};
+
+// Rows without a gap stream every line that is wholly theirs, once.
+TEST(Kernels, StreamWholeLines) {
+    alignas(kCacheLine) static std::uint8_t out[64 + 5 * 256];
+    const std::vector<std::uint8_t> in(256, 7);
+    for (const std::size_t bytes : {10u, 64u, 72u, 131u, 256u}) {
+        for (std::size_t at = 0; at < 64; ++at) {
+            std::vector<const std::uint8_t*> want;
+            for (std::size_t i = (at + 63) / 64 * 64; i + 64 <= at + 5 * bytes; i += 64) {
+                want.push_back(out + i);
+            }
+            NotingVector::streamed.clear();
+            OpenLine line;
+            for (std::size_t row = 0; row < 5; ++row) {
+                VectorCopy<NotingVector, true>(out + at + row * bytes, in.data(), bytes, line);
+            }
+            ASSERT_EQ(want, NotingVector::streamed) << bytes << " bytes at " << at;
+        }
+    }
+}
 
 // --- the checker itself
 
@@ -115,15 +152,16 @@ RowKernels Broken(Break breakOne) {
 }
 
 TEST(Checker, ReportsBrokenKernels) {
-    static constexpr RebuildRowsFn kForgetsToCarry = [](const RowRun& run, std::uint8_t* carried) {
+    static constexpr RebuildRowsFn kForgetsToCarry = [](const RowRun& run, std::uint8_t* carried, OpenLine&) {
         AverageBytes(run.out, carried, run.below, run.bytes);
     };
-    static constexpr RebuildRowsFn kWritesOneMore = [](const RowRun& run, std::uint8_t* carried) {
-        kScalarKernels.cached.rebuild(run, carried);
+    static constexpr RebuildRowsFn kWritesOneMore = [](const RowRun& run, std::uint8_t* carried, OpenLine& line) {
+        kScalarKernels.cached.rebuild(run, carried, line);
         run.out[run.bytes] = 0;
     };
-    static constexpr BlendRowsFn kForgetsTail = [](const RowRun& run, std::uint8_t* older, std::uint8_t* newer) {
-        kScalarKernels.cached.blend(Cut(run, run.bytes / 16 * 16), older, newer);
+    static constexpr BlendRowsFn kForgetsTail = [](const RowRun& run, std::uint8_t* older, std::uint8_t* newer,
+                                                   OpenLine& line) {
+        kScalarKernels.cached.blend(Cut(run, run.bytes / 16 * 16), older, newer, line);
     };
     static constexpr CombTriosFn kCountsNoTail = [](const std::uint8_t* row, std::ptrdiff_t stride,
                                                     std::int32_t samples, int pairsAfter) {

@@ -6,6 +6,13 @@
 
 #include <cstdint>
 
+// Bytes of the fewest equal strips of a row, each of `most` bytes at most and of whole cache lines but for the last.
+constexpr std::int32_t StripBytes(std::int32_t rowBytes, std::int32_t most) {
+    constexpr auto kLine = static_cast<std::int32_t>(kCacheLine);
+    const std::int32_t strips = (rowBytes - 1) / most + 1;
+    return strips <= 1 ? rowBytes : ((rowBytes - 1) / strips / kLine + 1) * kLine;
+}
+
 // One row, or two neighbours: few enough bytes for the first-level cache.
 class CarriedRows {
     static constexpr std::int32_t kApart = 8192 + 320; // bytes between two rows: not in the same sets of the cache
@@ -13,6 +20,7 @@ class CarriedRows {
 public:
     static constexpr std::int32_t kMaxBytesOfTwo = 8192;     // each
     static constexpr std::int32_t kMaxBytesOfOne = 2 * 8192; // in place of both
+    static_assert(kMaxBytesOfTwo <= kApart && kMaxBytesOfOne <= 2 * kApart && kMaxBytesOfTwo % kCacheLine == 0);
 
     std::uint8_t* One() { return m_bytes; }
 

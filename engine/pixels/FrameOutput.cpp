@@ -17,13 +17,6 @@ Stores AreaStores(const FrameShape& shape, const FramePlan& plan, Stores stores)
     return plan.area.m_lCropWidth == shape.width ? stores : Stores::Ordinary;
 }
 
-// The largest equal strips of `most` bytes at most, of whole cache lines.
-std::int32_t StripBytes(std::int32_t rowBytes, std::int32_t most) {
-    constexpr auto kLine = static_cast<std::int32_t>(kCacheLine);
-    const std::int32_t strips = (std::max(rowBytes, 1) - 1) / most + 1;
-    return strips == 1 ? rowBytes : (rowBytes / strips + kLine) / kLine * kLine;
-}
-
 } // namespace
 
 FrameOutput::FrameOutput(const FramePair& frames, const FramePlan& plan, Stores stores)

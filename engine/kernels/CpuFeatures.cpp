@@ -1,7 +1,6 @@
 #include "engine/kernels/CpuFeatures.h"
 
-#include <algorithm>
-#include <cstdint>
+#include "engine/kernels/CacheSize.h"
 
 #if defined(_MSC_VER)
 #include <immintrin.h>
@@ -11,10 +10,6 @@
 #endif
 
 namespace {
-
-struct CpuidLeaf {
-    std::uint32_t eax, ebx, ecx, edx;
-};
 
 CpuidLeaf ReadCpuid(std::uint32_t leaf, std::uint32_t subleaf) {
     CpuidLeaf r{};
@@ -27,32 +22,6 @@ CpuidLeaf ReadCpuid(std::uint32_t leaf, std::uint32_t subleaf) {
     __cpuid_count(leaf, subleaf, r.eax, r.ebx, r.ecx, r.edx);
 #endif
     return r;
-}
-
-// One subleaf describes one cache.
-std::size_t CacheBytes(const CpuidLeaf& r) {
-    const std::size_t lineBytes = (r.ebx & 0xFFF) + 1;
-    const std::size_t partitions = (r.ebx >> 12 & 0x3FF) + 1;
-    const std::size_t ways = (r.ebx >> 22) + 1;
-    const std::size_t sets = std::size_t{r.ecx} + 1;
-    return lineBytes * partitions * ways * sets;
-}
-
-std::size_t LargestCacheOf(std::uint32_t leaf) {
-    constexpr std::uint32_t kMostCaches = 16;
-    constexpr std::uint32_t kInstructions = 2;
-    std::size_t largest = 0;
-    for (std::uint32_t i = 0; i < kMostCaches; ++i) {
-        const CpuidLeaf cache = ReadCpuid(leaf, i);
-        const std::uint32_t type = cache.eax & 0x1F;
-        if (type == 0) {
-            break;
-        }
-        if (type != kInstructions) {
-            largest = std::max(largest, CacheBytes(cache));
-        }
-    }
-    return largest;
 }
 
 } // namespace
@@ -84,14 +53,5 @@ bool HasAvx2() {
 #endif
 
 std::size_t LargestCacheBytes() {
-    constexpr std::uint32_t kCaches = 4; // the same layout under two numbers, by maker
-    constexpr std::uint32_t kExtendedCaches = 0x8000001D;
-    std::size_t largest = 0;
-    if (ReadCpuid(0, 0).eax >= kCaches) {
-        largest = LargestCacheOf(kCaches);
-    }
-    if (largest == 0 && ReadCpuid(0x80000000u, 0).eax >= kExtendedCaches) {
-        largest = LargestCacheOf(kExtendedCaches);
-    }
-    return largest;
+    return LargestCacheBytes(ReadCpuid);
 }

@@ -11,8 +11,7 @@ constexpr std::size_t kFramesInFlight = 24;
 } // namespace
 
 Stores StoresFor(std::size_t frameBytes, std::size_t cacheBytes) {
-    const bool fits = cacheBytes == 0 || frameBytes <= cacheBytes / kFramesInFlight;
-    return fits ? Stores::Ordinary : Stores::Streaming;
+    return frameBytes <= cacheBytes / kFramesInFlight ? Stores::Ordinary : Stores::Streaming;
 }
 
 Stores StoresFor(std::size_t frameBytes) {

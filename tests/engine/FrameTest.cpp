@@ -3,6 +3,7 @@
 #include "engine/detector/AutomaticFrame.h"
 #include "engine/pixels/FrameRegion.h"
 #include "engine/detector/InterlaceDetector.h"
+#include "engine/kernels/CacheSize.h"
 #include "tests/support/GuardedBlocks.h"
 #include "tests/support/OraclePixels.h"
 #include "tests/support/RandomBytes.h"
@@ -146,6 +147,15 @@ TEST(Frames, EveryPlaceInACacheLine) {
                 ASSERT_TRUE(frames.Matches({shape, kMethods[method], false, {}})) << away << " bytes away";
                 ASSERT_TRUE(frames.Matches({shape, kMethods[method], true, {0, 2, width, 9}})) << away << " bytes away";
             }
+        }
+    }
+}
+
+TEST(Frames, StripsHaveRoom) {
+    for (const std::int32_t most : {CarriedRows::kMaxBytesOfTwo, CarriedRows::kMaxBytesOfOne}) {
+        for (std::int32_t bytes = 1; bytes <= 4 * most; ++bytes) {
+            const std::int32_t strip = StripBytes(bytes, most);
+            ASSERT_TRUE(strip <= most && (strip == bytes || strip % 64 == 0)) << bytes << ": strips of " << strip;
         }
     }
 }
@@ -351,10 +361,52 @@ TEST(Stores, PastTheCacheWhenFramesInFlightOutgrowIt) {
     } kCases[] = {
         {720 * 480 * 2, 32u << 20, Stores::Ordinary},    {1920 * 1080 * 2, 32u << 20, Stores::Streaming},
         {2u << 20, 48u << 20, Stores::Ordinary},         {(2u << 20) + 1, 48u << 20, Stores::Streaming},
-        {1920 * 1080 * 2, 256u << 20, Stores::Ordinary}, {3840 * 2160 * 3, 0, Stores::Ordinary}, // not known
+        {1920 * 1080 * 2, 256u << 20, Stores::Ordinary},
     };
     for (const auto& c : kCases) {
         EXPECT_EQ(c.stores, StoresFor(c.frame, c.cache)) << c.frame << " of " << c.cache;
+    }
+}
+
+struct Answer {
+    std::uint32_t leaf, subleaf;
+    CpuidLeaf registers;
+};
+
+TEST(Stores, LargestCacheFromWhatTheProcessorTells) {
+    constexpr std::uint32_t kMiB = 1 << 20;
+    // A cache of 16 ways with lines of 64 bytes.
+    const auto cache = [](std::uint32_t leaf, std::uint32_t at, std::uint32_t level, std::uint32_t bytes) {
+        return Answer{leaf, at, {3 | level << 5, 15u << 22 | 63, bytes / (16 * 64) - 1, 0}};
+    };
+    const auto most = [](std::uint32_t leaf) { return Answer{leaf & 0x80000000, 0, {leaf, 0, 0, 0}}; };
+    const auto third = [](std::uint32_t bytes) { return Answer{0x80000006, 0, {0, 0, 0, bytes / (kMiB / 2) << 18}}; };
+    const struct {
+        const char* processor;
+        std::vector<Answer> answers;
+        std::size_t bytes;
+    } kCases[] = {
+        {"three levels",
+         {most(22), cache(4, 0, 1, kMiB), cache(4, 1, 2, 2 * kMiB), cache(4, 2, 3, 36 * kMiB)},
+         36 * kMiB},
+        {"four levels", {most(22), cache(4, 0, 3, 6 * kMiB), cache(4, 1, 4, 128 * kMiB)}, 128 * kMiB},
+        {"a core without the third", {most(22), cache(4, 0, 1, kMiB), cache(4, 1, 2, 2 * kMiB)}, kUsualCacheBytes},
+        {"a third of several", {most(0x8000001F), cache(0x8000001D, 0, 3, 16 * kMiB), third(256 * kMiB)}, 16 * kMiB},
+        {"either list",
+         {most(22), most(0x8000001F), cache(4, 0, 3, kMiB), cache(0x8000001D, 0, 3, 8 * kMiB)},
+         8 * kMiB},
+        {"a guest with an empty list", {most(13), most(0x8000001F), third(16 * kMiB)}, 16 * kMiB},
+        {"a guest with a short list", {most(13), most(0x8000001F), cache(4, 0, 2, kMiB), third(8 * kMiB)}, 8 * kMiB},
+        {"leaves that are not there", {most(2), most(0x80000004), cache(4, 0, 3, kMiB), third(kMiB)}, kUsualCacheBytes},
+        {"nothing", {}, kUsualCacheBytes},
+    };
+    for (const auto& c : kCases) {
+        const auto cpuid = [&](std::uint32_t leaf, std::uint32_t subleaf) {
+            const auto at = std::ranges::find_if(
+                c.answers, [&](const Answer& a) { return a.leaf == leaf && a.subleaf == subleaf; });
+            return at == c.answers.end() ? CpuidLeaf{} : at->registers;
+        };
+        EXPECT_EQ(c.bytes, LargestCacheBytes(cpuid)) << c.processor;
     }
 }
 

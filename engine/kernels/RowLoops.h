@@ -24,9 +24,9 @@
 // Mixes: what one row is made of, vector by vector (W: V or a smaller one) or, where none fits, as the reference has
 // it; and what is prefetched meanwhile.
 
-// How far ahead a row is prefetched that is read or written from end to end. A prefetch past the frame's end does no
-// harm.
-constexpr std::size_t kNowBytes = 4 * kCacheLine;
+// How far ahead a row is prefetched that is read or written from end to end: as long as memory takes. Half as far, or
+// twice, is slower in cold frames or in warm ones. A prefetch past the frame's end does no harm.
+constexpr std::size_t kNowBytes = 32 * kCacheLine;
 
 template <class V, bool Streamed>
 struct CopyOf {
@@ -163,20 +163,22 @@ void CloseLine(OpenLine& line) {
     }
 }
 
-// A streamed row's bytes before its first whole line: they fill the line that the row before has left open, or begin
+// A row's bytes before its first whole line; streamed ones fill the line that the row before has left open, or begin
 // within a line. Returns how many there are.
-template <class V, class Mix>
+template <class V, bool Streamed, class Mix>
 std::size_t PutFirstBytes(std::uint8_t* out, std::size_t bytes, const Mix& mix, OpenLine& line) {
     const std::size_t first = BytesToLine<V>(out, bytes);
-    if (line.end != out) {
-        CloseLine<V>(line);
+    if (!Streamed || line.end != out) {
+        if constexpr (Streamed) {
+            CloseLine<V>(line);
+        }
         PutBytes<V>(out, 0, first, mix);
         return first;
     }
     PutBytes<V>(line.bytes + PlaceInLine<V>(out), 0, first, mix);
     line.end = out + first;
     if (PlaceInLine<V>(line.end) == 0) {
-        PutLine<V, true>(line.end - kCacheLine, 0, CopyOf<V, true>{line.bytes});
+        PutLine<V, Streamed>(line.end - kCacheLine, 0, CopyOf<V, Streamed>{line.bytes});
         line.end = nullptr;
     }
     return first;
@@ -186,11 +188,8 @@ std::size_t PutFirstBytes(std::uint8_t* out, std::size_t bytes, const Mix& mix, 
 template <class V, bool Streamed, bool Lines = Streamed, class Mix>
 void MixRow(std::uint8_t* out, std::size_t bytes, const Mix& mix, OpenLine& line) {
     std::size_t i = 0;
-    if constexpr (Streamed) {
-        i = PutFirstBytes<V>(out, bytes, mix, line);
-    } else if constexpr (Lines) {
-        i = BytesToLine<V>(out, bytes);
-        PutBytes<V>(out, 0, i, mix);
+    if constexpr (Lines) {
+        i = PutFirstBytes<V, Streamed>(out, bytes, mix, line);
     }
     for (; i + kCacheLine <= bytes; i += kCacheLine) {
         mix.Prefetch(out, i);
@@ -211,14 +210,14 @@ constexpr std::size_t kManyBytes = 128 * 1024;
 template <class V, bool Streamed>
 void CopyHalves(std::uint8_t* out, const std::uint8_t* in, std::size_t bytes, OpenLine& line) {
     const CopyOf<V, Streamed> copy{in};
-    const std::size_t first = Streamed ? PutFirstBytes<V>(out, bytes, copy, line) : 0;
+    const std::size_t first = PutFirstBytes<V, Streamed>(out, bytes, copy, line);
     const std::size_t half = (bytes - first) / 2 / kCacheLine * kCacheLine;
     for (std::size_t i = first; i < first + half; i += kCacheLine) {
         PutLine<V, Streamed>(out + i, i, copy);
         PutLine<V, Streamed>(out + i + half, i + half, copy);
     }
     const std::size_t done = first + 2 * half;
-    MixRow<V, Streamed>(out + done, bytes - done, CopyOf<V, Streamed>{in + done}, line);
+    MixRow<V, Streamed, true>(out + done, bytes - done, CopyOf<V, Streamed>{in + done}, line);
 }
 
 template <class V, bool Streamed>

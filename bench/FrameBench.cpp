@@ -9,7 +9,7 @@
 namespace {
 
 constexpr const char* kWhere = "engine, native";
-constexpr int kRounds = 15;
+constexpr int kRounds = 9;
 
 constexpr FrameFormat kSizes[] = {
     {"YUY2", 720, 480, 16},   {"RGB24", 720, 480, 24},   {"YUY2", 720, 576, 16},   {"RGB24", 720, 576, 24},
@@ -23,11 +23,11 @@ Contestant Working(const FrameSet& frames, const FrameWork& work, Stores stores,
     });
 }
 
-void Print(const FrameSet& frames, Flow flow, const std::vector<Contestant>& contestants,
+void Print(const char* where, const FrameSet& frames, Flow flow, const std::vector<Contestant>& contestants,
            const std::vector<double>& wanted) {
     const std::vector<Result> results = TakeTurns(contestants, kRounds);
     for (std::size_t i = 0; i < results.size(); ++i) {
-        PrintResult(kWhere, frames, flow, results[i], wanted[i]);
+        PrintResult(where, frames, flow, results[i], wanted[i]);
     }
 }
 
@@ -45,30 +45,29 @@ void Measure(const FrameFormat& format, Flow flow, Place place, Content content)
         wanted.push_back(streaming ? 0 : WantedRatio(work, format, flow, streaming));
         wanted.push_back(streaming ? WantedRatio(work, format, flow, streaming) : 0);
     }
-    Print(frames, flow, contestants, wanted);
+    Print(kWhere, frames, flow, contestants, wanted);
 }
 
-// Where in a cache line the input and the output begin; the first pair is what the others are compared with.
+// How far past a cache line the input and the output begin; the first pair is what the others are compared with.
 constexpr struct {
     std::size_t input, output;
-} kPhases[] = {{0, 0},  {16, 0}, {32, 0},  {48, 0},  {33, 0}, {0, 16}, {16, 16},
-               {0, 32}, {0, 48}, {32, 48}, {48, 48}, {0, 1},  {1, 33}, {33, 33}};
+} kPlaces[] = {{0, 0}, {16, 0}, {32, 0}, {33, 0}, {16, 16}, {0, 32}, {0, 48}, {48, 48}, {0, 1}, {1, 33}};
 
-// One work with either way of storing, at every phase in place of memcpy.
-void MeasurePhases(const FrameFormat& format, const FrameWork& work, Stores stores) {
+// One work at every place, with the first in memcpy's stead.
+void MeasurePlaces(const FrameFormat& format, const FrameWork& work, Stores stores) {
     constexpr double kWanted = 1.05; // times what it takes at 0 and 0
     FrameFormat roomier = format;
     ++roomier.height;
     const FrameSet frames(roomier, work.content, Flow::Cold, Place::Aligned);
     std::vector<Contestant> contestants;
-    for (const auto& phase : kPhases) {
+    for (const auto& place : kPlaces) {
         const std::string name = std::string(work.name) + (stores == Stores::Streaming ? ", streaming" : ", ordinary") +
-                                 " stores, " + std::to_string(phase.input) + " to " + std::to_string(phase.output);
-        contestants.push_back(frames.MakeContestant(name, [&, phase](std::size_t i) {
-            DoWork(work, format, frames.Input(i) + phase.input, frames.Output(i) + phase.output, stores);
+                                 " stores, " + std::to_string(place.input) + " to " + std::to_string(place.output);
+        contestants.push_back(frames.MakeContestant(name, [&, place](std::size_t i) {
+            DoWork(work, format, frames.Input(i) + place.input, frames.Output(i) + place.output, stores);
         }));
     }
-    Print(frames, Flow::Cold, contestants, std::vector<double>(contestants.size(), kWanted));
+    Print("places, native", frames, Flow::Cold, contestants, std::vector<double>(contestants.size(), kWanted));
 }
 
 bool IsWanted(const std::string& text, const char* part) {
@@ -90,22 +89,21 @@ void MeasureAll(const FrameFormat& format, Place place, const char* wantedFlow) 
 } // namespace
 
 // bench_frames: frames with either way of storing, but for the flow that reads cold frames after. bench_frames FRAME
-// [FLOW]: only the frames whose name in the table has that text in it; all works, in that flow. bench_frames phases
-// [FRAME [WORK]]: works at every place in a cache line.
+// [FLOW]: only the frames whose name in the table has that text in it; all works, in that flow. bench_frames places
+// [FRAME [WORK]]: works at places in a cache line, with either way of storing.
 int main(int argc, char** argv) {
-    const char* const first = argc > 1 ? argv[1] : nullptr;
-    const bool phases = first && std::strcmp(first, "phases") == 0;
-    const char* const frame = phases ? (argc > 2 ? argv[2] : nullptr) : first;
+    const auto argument = [&](int i) { return i < argc ? argv[i] : nullptr; };
+    const bool places = argc > 1 && std::strcmp(argv[1], "places") == 0;
     for (const FrameFormat& format : kSizes) {
         for (const Place place : {Place::Ordinary, Place::Aligned}) {
-            if (!phases && IsWanted(FrameText(format, place), frame)) {
-                MeasureAll(format, place, argc > 2 ? argv[2] : nullptr);
+            if (!places && IsWanted(FrameText(format, place), argument(1))) {
+                MeasureAll(format, place, argument(2));
             }
         }
         for (const FrameWork& work : FrameWorks()) {
-            if (phases && IsWanted(format.Text(), frame) && IsWanted(work.name, argc > 3 ? argv[3] : nullptr)) {
-                MeasurePhases(format, work, Stores::Ordinary);
-                MeasurePhases(format, work, Stores::Streaming);
+            if (places && IsWanted(format.Text(), argument(2)) && IsWanted(work.name, argument(3))) {
+                MeasurePlaces(format, work, Stores::Ordinary);
+                MeasurePlaces(format, work, Stores::Streaming);
             }
         }
     }

@@ -17,7 +17,7 @@
 namespace {
 
 constexpr const char* kWhere = "DLL, Wine";
-constexpr int kRounds = 11;
+constexpr int kRounds = 9;
 
 constexpr FrameFormat kSizes[] = {
     {"YUY2", 720, 480, 16},   {"RGB24", 720, 480, 24},   {"YUY2", 720, 576, 16},   {"RGB24", 720, 576, 24},

@@ -4,6 +4,17 @@
 
 #include <algorithm>
 
+namespace {
+
+// Whatever fails after this, the caller finds null in its pointer.
+void ClearResult(void** ppv) {
+    if (ppv) {
+        *ppv = nullptr;
+    }
+}
+
+} // namespace
+
 namespace MediaFoundationSamples {
 
 STDMETHODIMP ClassFactory::QueryInterface(REFIID riid, void** ppv) {
@@ -20,6 +31,7 @@ STDMETHODIMP ClassFactory::QueryInterface(REFIID riid, void** ppv) {
 }
 
 STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID riid, void** ppv) {
+    ClearResult(ppv);
     if (outer && riid != IID_IUnknown) {
         return E_NOINTERFACE;
     }
@@ -38,6 +50,7 @@ STDMETHODIMP ClassFactory::LockServer(BOOL lock) {
 } // namespace MediaFoundationSamples
 
 HRESULT GetClassObject(REFCLSID clsid, REFIID riid, void** ppv) {
+    ClearResult(ppv);
     const auto classes = ClassTable();
     const auto row =
         std::find_if(classes.begin(), classes.end(), [&](const ClassEntry& entry) { return *entry.clsid == clsid; });

@@ -6,7 +6,7 @@
 
 namespace MediaFoundationSamples {
 
-// Free-threaded. Not counted among the module's objects; LockServer is.
+// Free-threaded. Not counted among the module's objects; LockServer is. CreateInstance leaves *ppv null when it fails.
 class ClassFactory final : public CRefCounted<IClassFactory> {
 public:
     explicit ClassFactory(CreateInstanceFn create)
@@ -23,5 +23,5 @@ private:
 } // namespace MediaFoundationSamples
 
 // A class object for a row of the class table: CLASS_E_CLASSNOTAVAILABLE for another identifier, E_OUTOFMEMORY,
-// E_POINTER, E_NOINTERFACE.
+// E_POINTER, E_NOINTERFACE. *ppv is null after each of them.
 HRESULT GetClassObject(REFCLSID clsid, REFIID riid, void** ppv);

@@ -36,22 +36,37 @@ TEST_F(Identity, PartsFollowEachOther) {
     EXPECT_EQ(static_cast<std::ptrdiff_t>(2 * sizeof(void*)), reinterpret_cast<const char*>(pages.Get()) - transform);
 }
 
-TEST_F(Identity, FactoryRefusals) {
+// Whatever is refused, the caller's pointer is null afterwards.
+template <typename Call>
+void ExpectRefusal(HRESULT expected, Call call) {
     void* found = &found;
-    EXPECT_HR(CLASS_E_CLASSNOTAVAILABLE, GetClassObject(IID_IUnknown, IID_IClassFactory, &found));
-    EXPECT_HR(E_NOINTERFACE, GetClassObject(CLSID_NMFVDeinterlace, IID_IDispatch, &found));
+    EXPECT_HR(expected, call(&found));
     EXPECT_EQ(nullptr, found);
+}
+
+TEST_F(Identity, FactoryRefusals) {
+    ExpectRefusal(CLASS_E_CLASSNOTAVAILABLE,
+                  [](void** found) { return GetClassObject(IID_IUnknown, IID_IClassFactory, found); });
+    ExpectRefusal(E_NOINTERFACE,
+                  [](void** found) { return GetClassObject(CLSID_NMFVDeinterlace, IID_IDispatch, found); });
+    EXPECT_HR(CLASS_E_CLASSNOTAVAILABLE, GetClassObject(IID_IUnknown, IID_IClassFactory, nullptr));
     EXPECT_HR(E_POINTER, GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, nullptr));
 
+    const struct {
+        IUnknown* outer;
+        const IID& iid;
+        HRESULT refused;
+    } rows[] = {{Mft(), IID_IMFTransform, E_NOINTERFACE},
+                {Mft(), IID_IUnknown, CLASS_E_NOAGGREGATION},
+                {nullptr, IID_IPersist, E_NOINTERFACE}};
     const LONG objects = g_ObjectCount;
-    for (const ClassEntry& row : ClassTable()) {
+    for (const ClassEntry& entry : ClassTable()) {
         CComRef<IClassFactory> factory;
-        found = &found;
-        ASSERT_HR(S_OK, GetClassObject(*row.clsid, IID_IClassFactory, factory.PutVoid()));
-        EXPECT_HR(E_NOINTERFACE, factory->CreateInstance(Mft(), IID_IMFTransform, &found));
-        EXPECT_HR(CLASS_E_NOAGGREGATION, factory->CreateInstance(Mft(), IID_IUnknown, &found));
-        EXPECT_HR(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IPersist, &found));
-        EXPECT_EQ(nullptr, found);
+        ASSERT_HR(S_OK, GetClassObject(*entry.clsid, IID_IClassFactory, factory.PutVoid()));
+        for (const auto& row : rows) {
+            ExpectRefusal(row.refused,
+                          [&](void** found) { return factory->CreateInstance(row.outer, row.iid, found); });
+        }
         EXPECT_HR(E_POINTER, factory->CreateInstance(nullptr, IID_IUnknown, nullptr));
         ExpectRefs(factory.Get(), 1);
     }

@@ -1,7 +1,5 @@
-// Chroma of one row in other resolutions.
+// Where the chroma rows of 4:2:0 lie.
 #pragma once
-
-#include <cstdint>
 
 namespace host {
 
@@ -19,14 +17,5 @@ struct ChromaTap {
 // chroma row lies a quarter (top field) or three quarters (bottom field) of the way from its first luma row to its
 // second, and only rows of the same field are mixed: chroma of the two moments never runs into each other.
 ChromaTap TapFor420(int lumaRow, int chromaRows, bool fieldWise);
-
-// out[i] = (a[i] * shareA + b[i] * (8 - shareA) + 4) / 8
-void MixRows(std::uint8_t* out, const std::uint8_t* a, const std::uint8_t* b, int shareA, int count);
-
-// Half the samples to `width`: even ones are taken as they are, odd ones lie halfway between their neighbours.
-void WidenRow(std::uint8_t* out, const std::uint8_t* in, int width);
-
-// `width` samples to (width + 1) / 2, each a 1-2-1 mean around the even sample.
-void NarrowRow(std::uint8_t* out, const std::uint8_t* in, int width);
 
 } // namespace host

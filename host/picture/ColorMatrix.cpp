@@ -1,6 +1,7 @@
 #include "host/picture/ColorMatrix.h"
 
-#include <algorithm>
+#include "host/picture/PixelRows.h"
+
 #include <cmath>
 
 namespace host {
@@ -9,10 +10,6 @@ namespace {
 
 int Fixed(double value) {
     return static_cast<int>(std::lround(value * 65536));
-}
-
-std::uint8_t Byte(int fixed) {
-    return static_cast<std::uint8_t>(std::clamp((fixed + 32768) >> 16, 0, 255));
 }
 
 } // namespace
@@ -42,34 +39,22 @@ CColorMatrix::CColorMatrix(bool highDefinition, bool fullRange)
     m_vR = -m_vG - m_vB;
 }
 
-// One loop per component: short loops over plain rows are what compilers turn into vectors.
 void CColorMatrix::ToRgb(std::uint8_t* const (&bgr)[3], const std::uint8_t* y, const std::uint8_t* u,
                          const std::uint8_t* v, int width) const {
+    const PixelRows& rows = PixelRowsHere();
     const int luma = m_lumaToRgb;
-    const int base = m_base;
-    const auto component = [=](std::uint8_t* out, int fromU, int fromV) {
-        for (int x = 0; x < width; ++x) {
-            out[x] = Byte((y[x] - base) * luma + (u[x] - 128) * fromU + (v[x] - 128) * fromV);
-        }
-    };
-    component(bgr[0], m_blueU, 0);
-    component(bgr[1], m_greenU, m_greenV);
-    component(bgr[2], 0, m_redV);
+    const int black = -m_base * luma;
+    rows.weighTwo(bgr[0], y, u, {luma, m_blueU, 0, black - 128 * m_blueU}, width);
+    rows.weigh(bgr[1], y, u, v, {luma, m_greenU, m_greenV, black - 128 * (m_greenU + m_greenV)}, width);
+    rows.weighTwo(bgr[2], y, v, {luma, m_redV, 0, black - 128 * m_redV}, width);
 }
 
 void CColorMatrix::FromRgb(std::uint8_t* y, std::uint8_t* u, std::uint8_t* v, const std::uint8_t* const (&bgr)[3],
                            int width) const {
-    const std::uint8_t* const blue = bgr[0];
-    const std::uint8_t* const green = bgr[1];
-    const std::uint8_t* const red = bgr[2];
-    const auto component = [=](std::uint8_t* out, int fromR, int fromG, int fromB, int offset) {
-        for (int x = 0; x < width; ++x) {
-            out[x] = Byte(red[x] * fromR + green[x] * fromG + blue[x] * fromB + offset);
-        }
-    };
-    component(y, m_lumaR, m_lumaG, m_lumaB, m_base * 65536);
-    component(u, m_uR, m_uG, m_uB, 128 * 65536);
-    component(v, m_vR, m_vG, m_vB, 128 * 65536);
+    const PixelRows& rows = PixelRowsHere();
+    rows.weigh(y, bgr[0], bgr[1], bgr[2], {m_lumaB, m_lumaG, m_lumaR, m_base * 65536}, width);
+    rows.weigh(u, bgr[0], bgr[1], bgr[2], {m_uB, m_uG, m_uR, 128 * 65536}, width);
+    rows.weigh(v, bgr[0], bgr[1], bgr[2], {m_vB, m_vG, m_vR, 128 * 65536}, width);
 }
 
 } // namespace host

@@ -3,6 +3,7 @@
 
 #include "host/picture/ColorMatrix.h"
 #include "host/picture/Frame.h"
+#include "host/picture/PixelRows.h"
 
 #include <optional>
 #include <vector>
@@ -33,8 +34,6 @@ private:
     YuvRow ReadRow(const FrameView& in, int y, bool fieldChroma);
     YuvRow ReadPlanar420(const FrameView& in, int y, bool fieldChroma);
     YuvRow ReadNv12(const FrameView& in, int y, bool fieldChroma);
-    YuvRow ReadPacked422(const FrameView& in, int y, int lumaOffset);
-    YuvRow ReadIyu2(const std::uint8_t* row);
     YuvRow ReadBgr(const std::uint8_t* row, int step);
     YuvRow Rescaled(YuvRow row);
     void WriteRow(const YuvRow& row, const FrameTarget& out, int y);
@@ -45,6 +44,7 @@ private:
     Layout m_to;
     int m_width;
     int m_halfWidth;
+    const PixelRows& m_rows;
     CColorMatrix m_matrix;
     std::size_t m_workStride;
     std::vector<std::uint8_t> m_work;

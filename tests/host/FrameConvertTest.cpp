@@ -152,6 +152,36 @@ TEST(FrameConvert, AllPairsStayInside) {
     }
 }
 
+// What every loop writes for this width, one after the other.
+Bytes AllRows(const PixelRows& rows, int width) {
+    const Bytes in = RandomBytes(std::size_t(4 * width), static_cast<unsigned>(width));
+    Bytes out(std::size_t(35 * width));
+    const auto from = [&](int at) { return in.data() + at * width; };
+    int used = 0;
+    const auto to = [&](int widths) { return out.data() + (used += widths) * width - widths * width; };
+    for (const auto pack : {rows.packYuy2, rows.packUyvy, rows.interleave3}) {
+        pack(to(4), from(0), from(2), from(3), width);
+    }
+    for (const auto takeApart : {rows.unpackYuy2, rows.unpackUyvy, rows.takeApart3, rows.takeApart4}) {
+        RowOut const first = to(2);
+        takeApart(first, to(1), to(1), from(0), width);
+    }
+    RowOut const evens = to(1);
+    rows.takeApart2(evens, to(1), from(0), width);
+    rows.mix(to(1), from(0), from(1), 5, width);
+    rows.widen(to(1), from(0), width);
+    rows.narrow(to(1), from(0), width);
+    rows.weigh(to(1), from(0), from(1), from(2), {132201, -53279, 25675, -3000000}, width);
+    rows.weighTwo(to(1), from(0), from(1), {132201, -53279, 0, -3000000}, width);
+    return out;
+}
+
+TEST(FrameConvert, EveryProcessorMakesTheSameBytes) {
+    for (int width = 1; width < 200; ++width) {
+        ASSERT_EQ(AllRows(PixelRowsHere(), width), AllRows(kPlainPixelRows, width)) << width;
+    }
+}
+
 struct Color {
     int y, u, v, b, g, r;
 };

@@ -75,7 +75,7 @@ constexpr OptionRow kRows[] = {
      SetRaw},
     {kInOut, "--feed", "FORMAT",
      "what the transform is given: rgb24, yuy2, uyvy or iyu2; the input is converted. "
-     "Normally the nearest to the input.",
+     "Normally the nearest to the input; iyu2 for 4:2:0 and 4:2:2 of an odd width.",
      [](Options& o, std::string_view v) { o.feed = PickWord<Pixels>("--feed", v, kFeeds); }},
     {kInOut, "--lines", "HOW",
      "how the chroma of 4:2:0 input belongs to its lines: interlaced, progressive, or auto "

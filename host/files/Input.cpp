@@ -27,10 +27,14 @@ CInput::CInput(const Command& command)
     const ClipInfo& info = m_source->Info();
     // The platform's decoders leave no choice of format; RGB24 takes any width.
     const bool oddMedia = !m_stream && info.width % 2 != 0;
-    m_feed = command.options.feed.value_or(oddMedia ? Pixels::Rgb24 : NaturalFeed(info.layout));
+    m_feed = command.options.feed.value_or(oddMedia ? Pixels::Rgb24 : NaturalFeed(info.layout, info.width));
     CheckFeed(info, m_feed, command.input);
     m_converter = std::make_unique<CFrameConverter>(info.layout, LayoutOf(m_feed), info.width, info.height,
                                                     info.fullRange, info.bt709);
+    if (info.sampleBits > 8 && !command.options.quiet) {
+        Say(Printable(command.input) + ": its " + std::to_string(info.sampleBits) +
+            "-bit samples are rounded to 8 bits.\n");
+    }
     if (info.rate) {
         m_rate = *info.rate;
     } else if (!command.options.quiet) {

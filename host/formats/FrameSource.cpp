@@ -25,7 +25,7 @@ Layout LayoutOf(Pixels pixels) {
     return kPackedLayouts[static_cast<std::size_t>(pixels)];
 }
 
-Pixels NaturalFeed(Layout layout) {
+Pixels NaturalFeed(Layout layout, int width) {
     switch (layout) {
     case Layout::Rgb24:
     case Layout::Rgb32:
@@ -36,7 +36,7 @@ Pixels NaturalFeed(Layout layout) {
     case Layout::Uyvy:
         return Pixels::Uyvy;
     default:
-        return Pixels::Yuy2;
+        return width % 2 == 0 ? Pixels::Yuy2 : Pixels::Iyu2;
     }
 }
 

@@ -24,6 +24,8 @@ struct ClipInfo {
     Scan scan = Scan::Unknown;
     bool fullRange = false;              // luma 0 to 255 instead of 16 to 235
     std::optional<bool> bt709;           // the matrix between luma and colours, where it is told
+    int sampleBits = 8;                  // of the input; frames have 8
+    std::string chroma420;               // the tag of a Y4M header whose frames are 4:2:0
     std::optional<std::uint64_t> frames; // when it is known beforehand
     std::string comments;                // of a Y4M header: " XNAME=VALUE" each
     std::vector<SideStream> sideStreams;
@@ -51,8 +53,8 @@ public:
     virtual bool IsIrregular() const { return false; }
 };
 
-// The format that fits a layout without loss or as nearly as there is.
-Pixels NaturalFeed(Layout layout);
+// The format that fits a layout without loss or as nearly as there is, and takes the width.
+Pixels NaturalFeed(Layout layout, int width);
 
 // The layout of a format's frames.
 Layout LayoutOf(Pixels pixels);

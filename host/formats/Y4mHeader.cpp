@@ -14,27 +14,46 @@ constexpr std::string_view kFrame = "FRAME";
 struct ColorTag {
     std::string_view tag;
     Layout layout;
+    int bits = 8; // of a sample
 };
 
 constexpr ColorTag kColorTags[] = {
-    {"420", Layout::Planar420},      {"420jpeg", Layout::Planar420}, {"420mpeg2", Layout::Planar420},
-    {"420paldv", Layout::Planar420}, {"422", Layout::Planar422},     {"444", Layout::Planar444},
+    {"420", Layout::Planar420},
+    {"420jpeg", Layout::Planar420},
+    {"420mpeg2", Layout::Planar420},
+    {"420paldv", Layout::Planar420},
+    {"422", Layout::Planar422},
+    {"444", Layout::Planar444},
     {"mono", Layout::Gray},
+    {"420p10", Layout::Planar420, 10},
+    {"422p10", Layout::Planar422, 10},
+    {"444p10", Layout::Planar444, 10},
+    {"mono10", Layout::Gray, 10},
+    {"420p12", Layout::Planar420, 12},
+    {"422p12", Layout::Planar422, 12},
+    {"444p12", Layout::Planar444, 12},
+    {"mono12", Layout::Gray, 12},
+    {"420p16", Layout::Planar420, 16},
+    {"422p16", Layout::Planar422, 16},
+    {"444p16", Layout::Planar444, 16},
+    {"mono16", Layout::Gray, 16},
 };
 
 [[noreturn]] void Refuse(const std::string& name, const std::string& why) {
     throw HostError(ExitCode::Input, name + ": " + why);
 }
 
-Layout LayoutFor(std::string_view tag, const std::string& name) {
-    for (const ColorTag& known : kColorTags) {
-        if (tag == known.tag) {
-            return known.layout;
-        }
+void ApplyColor(ClipInfo& clip, std::string_view tag, const std::string& name) {
+    const auto known = std::find_if(std::begin(kColorTags), std::end(kColorTags),
+                                    [tag](const ColorTag& color) { return color.tag == tag; });
+    if (known == std::end(kColorTags)) {
+        Refuse(name, "Y4M pixel format C" + std::string(tag) +
+                         " is not supported. 4:2:0, 4:2:2, 4:4:4 and mono are, of 8, 10, 12 or 16 bits; with ffmpeg "
+                         "add \"-pix_fmt yuv422p\" before the output name.");
     }
-    Refuse(name, "Y4M pixel format C" + std::string(tag) +
-                     " is not supported. 8-bit 4:2:0, 4:2:2, 4:4:4 and mono are; with ffmpeg add "
-                     "\"-pix_fmt yuv422p\" before the output name.");
+    clip.layout = known->layout;
+    clip.sampleBits = known->bits;
+    clip.chroma420 = known->layout == Layout::Planar420 && known->bits == 8 ? tag : std::string_view();
 }
 
 int Side(std::string_view text, const char* what, const std::string& name) {
@@ -89,7 +108,7 @@ void ApplyField(ClipInfo& clip, char key, std::string_view value, const std::str
         clip.scan = ScanFor(value);
         break;
     case 'C':
-        clip.layout = LayoutFor(value, name);
+        ApplyColor(clip, value, name);
         break;
     case 'X':
         if (value == "COLORRANGE=FULL") {
@@ -131,6 +150,7 @@ ClipInfo ParseY4mHeader(std::string_view line, const std::string& name) {
     }
     ClipInfo clip;
     clip.layout = Layout::Planar420; // what a missing C field stands for
+    clip.chroma420 = "420jpeg";
     for (std::string_view word = TakeWord(line); !word.empty(); word = TakeWord(line)) {
         ApplyField(clip, word[0], word.substr(1), name);
     }

@@ -93,6 +93,14 @@ TEST_F(ToolPictures, PipesAndFilesAndFormatsAgree) {
     EXPECT_EQ(Pictures(Read("again.y4m")), want);
 }
 
+TEST_F(ToolPictures, OddWidthsAndDeepSamplesNeedNoOption) {
+    const Bytes clip = FromText("YUV4MPEG2 W3 H2 F25:1 Ip C422p10\nFRAME\n" + std::string(28, '\1'));
+    const ToolResult result = Run("- -", {clip});
+    EXPECT_EQ(result.code, 0u);
+    EXPECT_NE(result.errors.find("10-bit samples are rounded"), std::string::npos) << result.errors;
+    EXPECT_NE(std::string(result.output.begin(), result.output.end()).find(" C444\n"), std::string::npos);
+}
+
 TEST_F(ToolPictures, ThePlatformsReaderTakesOddWidths) {
     Write("in.raw", RandomBytes(2 * FrameSize(Pixels::Rgb24, 15, 7), 3));
     ASSERT_EQ(Run("in.raw odd.avi --mode off --raw 15x7:rgb24@25").code, 0u);

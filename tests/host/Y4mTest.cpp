@@ -54,7 +54,7 @@ TEST(Y4m, RefusesHeadersAndSaysWhy) {
     } kCases[] = {
         {"", "no Y4M"},
         {"YUV4MPEG W8 H8", "no Y4M"},
-        {"YUV4MPEG2 W8 H8 C420p10", "C420p10 is not supported"},
+        {"YUV4MPEG2 W8 H8 C411", "C411 is not supported"},
         {"YUV4MPEG2 W0 H8", "width"},
         {"YUV4MPEG2 W8 H99999", "height"},
         {"YUV4MPEG2 W8x H8", "\"8x\""},
@@ -140,6 +140,33 @@ TEST(Y4m, FrameLinesDecideMixedChroma) {
     EXPECT_FALSE(Y4mFrameHasFieldChroma("FRAME X=1 Itip", true));
     EXPECT_TRUE(Y4mFrameHasFieldChroma("FRAME It?", true));
     EXPECT_TRUE(Y4mFrameHasFieldChroma("FRAME", true));
+}
+
+TEST(Y4m, SamplesOfMoreBitsAreRounded) {
+    struct Case {
+        const char* tag;
+        int bits;
+        std::vector<int> samples; // of a picture of two pixels
+        Bytes rounded;
+    };
+    const Case cases[] = {
+        {"mono10", 10, {0x001, 0x002}, {0, 1}},
+        {"422p10", 10, {0x040, 0x3FD, 0x3FE, 0x201}, {16, 255, 255, 128}},
+        {"420p12", 12, {0xEB0, 0x807, 0x808, 0xFFF}, {235, 128, 129, 255}},
+        {"444p16", 16, {0x127F, 0x1280, 0, 0x80, 0xFF7F, 0xFFFF}, {18, 19, 0, 1, 255, 255}},
+    };
+    for (const Case& c : cases) {
+        Bytes clip = FromText(std::string("YUV4MPEG2 W2 H1 C") + c.tag + "\nFRAME\n");
+        for (const int sample : c.samples) {
+            clip.push_back(static_cast<std::uint8_t>(sample));
+            clip.push_back(static_cast<std::uint8_t>(sample >> 8));
+        }
+        CMemoryReader reader(clip);
+        CInputStream input(reader);
+        const auto source = OpenY4m(input);
+        EXPECT_EQ(source->Info().sampleBits, c.bits);
+        EXPECT_EQ(ReadAll(*source), std::vector<Bytes>{c.rounded}) << c.tag;
+    }
 }
 
 // A 2x2 clip of 4:2:0 with three frames of six bytes.

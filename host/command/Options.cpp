@@ -14,6 +14,7 @@ constexpr Word<OutputKind> kOutputKinds[] = {
     {"y4m", OutputKind::Y4m}, {"avi", OutputKind::Avi}, {"raw", OutputKind::Raw}, {"none", OutputKind::None}};
 constexpr Word<Pixels> kFeeds[] = {
     {"rgb24", Pixels::Rgb24}, {"yuy2", Pixels::Yuy2}, {"uyvy", Pixels::Uyvy}, {"iyu2", Pixels::Iyu2}};
+constexpr Word<bool> kChromas[] = {{"420", true}};
 constexpr Word<LineSampling> kLines[] = {
     {"auto", LineSampling::Auto}, {"interlaced", LineSampling::Interlaced}, {"progressive", LineSampling::Progressive}};
 constexpr Word<bool> kCutOff[] = {{"fail", false}, {"keep", true}};
@@ -77,6 +78,10 @@ constexpr OptionRow kRows[] = {
      "what the transform is given: rgb24, yuy2, uyvy or iyu2; the input is converted. "
      "Normally the nearest to the input; iyu2 for 4:2:0 and 4:2:2 of an odd width.",
      [](Options& o, std::string_view v) { o.feed = PickWord<Pixels>("--feed", v, kFeeds); }},
+    {kInOut, "--to-chroma", "420",
+     "write 4:2:0 to a Y4M output, by fields where a frame is interlaced. Normally 4:2:2, or 4:4:4 from rgb24 and "
+     "iyu2.",
+     [](Options& o, std::string_view v) { o.to420 = PickWord<bool>("--to-chroma", v, kChromas); }},
     {kInOut, "--lines", "HOW",
      "how the chroma of 4:2:0 input belongs to its lines: interlaced, progressive, or auto "
      "(as the input says; progressive where it says nothing).",

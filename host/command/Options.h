@@ -61,6 +61,7 @@ struct Options {
     // input and output
     std::optional<InputKind> from;
     std::optional<OutputKind> to;
+    bool to420 = false;
     std::optional<RawFormat> raw;
     std::optional<Pixels> feed;
     LineSampling lines = LineSampling::Auto;

@@ -36,6 +36,8 @@ struct SinkFormat {
     Scan scan = Scan::Progressive;     // what the header says unless Finish can still change it
     bool scanMayChange = false;        // Finish may say another word than `scan`
     std::string comments = {};         // as in ClipInfo
+    std::string chroma420 = {};        // Y4M: write 4:2:0 with this tag; empty: the chroma that the frames have
+    bool undo420 = false;              // the frames were made from 4:2:0
     std::vector<SideStream> side = {}; // those with a header, for AVI
 };
 

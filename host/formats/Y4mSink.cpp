@@ -14,8 +14,10 @@ namespace {
 constexpr std::string_view kFrame = "FRAME";
 constexpr std::string_view kNoWord = "     "; // as long as a frame's word
 
-Layout PlanarLayoutFor(Pixels pixels) {
-    return TraitsOf(pixels).evenWidth ? Layout::Planar422 : Layout::Planar444;
+Layout PlanarLayoutFor(const SinkFormat& format) {
+    return !format.chroma420.empty()           ? Layout::Planar420
+           : TraitsOf(format.pixels).evenWidth ? Layout::Planar422
+                                               : Layout::Planar444;
 }
 
 // A header up to its word on the lines, that letter excluded, and what follows the letter.
@@ -32,7 +34,9 @@ Header HeaderOf(const SinkFormat& format, Layout layout) {
         header.after =
             " A" + std::to_string(format.aspect->numerator) + ":" + std::to_string(format.aspect->denominator);
     }
-    header.after += layout == Layout::Planar444 ? " C444" : " C422";
+    header.after += layout == Layout::Planar444   ? " C444"
+                    : layout == Layout::Planar422 ? " C422"
+                                                  : " C" + format.chroma420;
     header.after += (format.fullRange ? " XCOLORRANGE=FULL" : "") + format.comments + "\n";
     return header;
 }
@@ -44,8 +48,9 @@ public:
     CY4mSink(IByteWriter& writer, const SinkFormat& format)
         : m_writer(writer)
         , m_format(format)
-        , m_layout(PlanarLayoutFor(format.pixels))
-        , m_converter(LayoutOf(format.pixels), m_layout, format.width, format.height, format.fullRange, format.bt709)
+        , m_layout(PlanarLayoutFor(format))
+        , m_converter(LayoutOf(format.pixels), m_layout, format.width, format.height, format.fullRange, format.bt709,
+                      format.undo420)
         , m_header(HeaderOf(format, m_layout))
         , m_hasWords(format.scan == Scan::Mixed || MayChange())
         , m_lineBytes(kFrame.size() + (m_hasWords ? kNoWord.size() : 0) + 1)
@@ -64,7 +69,7 @@ public:
         }
         m_converter.Convert(PackedFrame(m_format.pixels, m_format.width, m_format.height, frame),
                             PlanarFrame(m_layout, m_format.width, m_format.height, m_bytes.data() + m_lineBytes),
-                            false);
+                            HasFieldChroma(scan));
         m_writer.Write(m_bytes.data(), m_bytes.size());
     }
 
@@ -85,8 +90,14 @@ public:
 private:
     bool MayChange() const { return m_format.scanMayChange && m_writer.CanSeek(); }
     void Put(std::string_view text) { m_writer.Write(text.data(), text.size()); }
-    static std::string_view WordFor(Scan stream, Scan frame) {
-        return stream == Scan::Mixed ? Y4mFrameWord(frame) : kNoWord;
+    // By the frame, where the stream can tell them apart; else as a reader takes them all.
+    bool HasFieldChroma(Scan frame) const { return MayBeInterlaced(m_hasWords ? frame : m_format.scan); }
+    std::string WordFor(Scan stream, Scan frame) const {
+        std::string word(stream == Scan::Mixed ? Y4mFrameWord(frame) : kNoWord);
+        if (stream == Scan::Mixed && m_layout == Layout::Planar420) {
+            word.back() = HasFieldChroma(frame) ? 'i' : 'p';
+        }
+        return word;
     }
 
     IByteWriter& m_writer;

@@ -18,4 +18,14 @@ struct ChromaTap {
 // second, and only rows of the same field are mixed: chroma of the two moments never runs into each other.
 ChromaTap TapFor420(int lumaRow, int chromaRows, bool fieldWise);
 
+// The four rows of full height chroma that a chroma row of 4:2:0 is made from, and their shares in sixteenths.
+struct ChromaSum {
+    int row[4];
+    int share[4];
+};
+
+// The way back, to the same places. Without `undo` the two nearest rows are weighed by their distance; with it, what
+// TapFor420 made gives the original again but for rounding (and the last row of an odd number of rows of a field).
+ChromaSum SumFor420(int chromaRow, int lumaRows, bool fieldWise, bool undo);
+
 } // namespace host

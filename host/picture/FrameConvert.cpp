@@ -17,29 +17,27 @@ bool NeedsWide(Layout layout) {
 }
 
 std::size_t BytesPerRow(Layout layout, int plane, int width) {
-    const auto pixels = static_cast<std::size_t>(width);
     switch (layout) {
     case Layout::Yuy2:
     case Layout::Uyvy:
-        return pixels * 2;
+        return std::size_t(width) * 2;
     case Layout::Iyu2:
     case Layout::Rgb24:
-        return pixels * 3;
-    case Layout::Planar422:
-        return plane == 0 ? pixels : (pixels + 1) / 2;
+        return std::size_t(width) * 3;
     default:
-        return pixels;
+        return std::size_t(plane == 0 ? width : ChromaSizeOf(layout, width, 1).width);
     }
 }
 
-int PlaneCount(Layout layout) {
-    return layout == Layout::Planar422 || layout == Layout::Planar444 ? 3 : 1;
+// Of a layout's second and third plane; 0 where there are none.
+int ChromaRowsOf(Layout layout, int height) {
+    return ChromaSizeOf(layout, 1, height).height;
 }
 
 } // namespace
 
 CFrameConverter::CFrameConverter(Layout from, Layout to, int width, int height, bool fullRange,
-                                 std::optional<bool> bt709)
+                                 std::optional<bool> bt709, bool undo420)
     : m_from(from)
     , m_to(to)
     , m_width(width)
@@ -47,7 +45,11 @@ CFrameConverter::CFrameConverter(Layout from, Layout to, int width, int height, 
     , m_rows(PixelRowsHere())
     , m_matrix(bt709.value_or(IsHighDefinition(height)), fullRange)
     , m_workStride((static_cast<std::size_t>(width) + 63) & ~std::size_t{31})
-    , m_work(m_workStride * kWorkRows) {}
+    , m_work(m_workStride * kWorkRows)
+    , m_undo420(undo420)
+    , m_chroma(to == Layout::Planar420
+                   ? PlanarBytes(Layout::Planar422, width, height) - PlanarBytes(Layout::Gray, width, height)
+                   : 0) {}
 
 void CFrameConverter::Convert(const FrameView& in, const FrameTarget& out, bool fieldChroma) {
     if (m_from == m_to) {
@@ -57,12 +59,29 @@ void CFrameConverter::Convert(const FrameView& in, const FrameTarget& out, bool 
     for (int y = 0; y < in.height; ++y) {
         WriteRow(Rescaled(ReadRow(in, y, fieldChroma)), out, y);
     }
+    if (m_to == Layout::Planar420) {
+        HalveChroma(out, fieldChroma);
+    }
+}
+
+// From the work frame of full height, which the loop over the rows has filled.
+void CFrameConverter::HalveChroma(const FrameTarget& out, bool fieldChroma) {
+    const auto half = static_cast<std::size_t>(m_halfWidth);
+    for (int y = 0; y < ChromaRowsOf(m_to, out.height); ++y) {
+        const ChromaSum sum = SumFor420(y, out.height, fieldChroma, m_undo420);
+        for (int plane = 1; plane <= 2; ++plane) {
+            const std::uint8_t* const chroma = m_chroma.data() + (plane == 1 ? 0 : m_chroma.size() / 2);
+            const auto row = [&](int i) { return chroma + std::size_t(sum.row[i]) * half; };
+            m_rows.sumFour(out.Row(plane, y), {row(0), row(1), row(2), row(3)}, sum.share, m_halfWidth);
+        }
+    }
 }
 
 void CFrameConverter::CopyRows(const FrameView& in, const FrameTarget& out) const {
-    for (int plane = 0; plane < PlaneCount(m_to); ++plane) {
+    const int chromaRows = ChromaRowsOf(m_to, in.height);
+    for (int plane = 0; plane < (chromaRows == 0 ? 1 : 3); ++plane) {
         const std::size_t bytes = BytesPerRow(m_to, plane, m_width);
-        for (int y = 0; y < in.height; ++y) {
+        for (int y = 0; y < (plane == 0 ? in.height : chromaRows); ++y) {
             std::memcpy(out.Row(plane, y), in.Row(plane, y), bytes);
         }
     }
@@ -156,6 +175,13 @@ void CFrameConverter::WriteRow(const YuvRow& row, const FrameTarget& out, int y)
         }
         m_rows.interleave3(first, WorkRow(kBlue), WorkRow(kGreen), WorkRow(kRed), m_width);
         return;
+    case Layout::Planar420: {
+        std::uint8_t* const chroma = m_chroma.data() + std::size_t(y) * std::size_t(m_halfWidth);
+        std::memcpy(first, row.y, BytesPerRow(m_to, 0, m_width));
+        std::memcpy(chroma, row.u, std::size_t(m_halfWidth));
+        std::memcpy(chroma + m_chroma.size() / 2, row.v, std::size_t(m_halfWidth));
+        return;
+    }
     default:
         std::memcpy(first, row.y, BytesPerRow(m_to, 0, m_width));
         std::memcpy(out.Row(1, y), row.u, BytesPerRow(m_to, 1, m_width));

@@ -15,6 +15,12 @@ namespace {
 
 using Byte = std::uint8_t;
 
+// std::clamp belongs to everybody.
+inline Byte InByte(int value) {
+    value = value < 0 ? 0 : value;
+    return static_cast<Byte>(value > 255 ? 255 : value);
+}
+
 // LumaOffset 0 packs Y U Y V, 1 packs U Y V Y.
 template <int LumaOffset>
 void Pack422(Byte* HOST_ALONE out, const Byte* HOST_ALONE y, const Byte* HOST_ALONE u, const Byte* HOST_ALONE v,
@@ -70,6 +76,17 @@ void Mix(Byte* HOST_ALONE out, const Byte* a, const Byte* b, int shareOfA, int c
     }
 }
 
+void SumFour(Byte* HOST_ALONE out, const Row (&rows)[4], const int (&shares)[4], int count) {
+    const Byte* const a = rows[0];
+    const Byte* const b = rows[1];
+    const Byte* const c = rows[2];
+    const Byte* const d = rows[3];
+    const int ofA = shares[0], ofB = shares[1], ofC = shares[2], ofD = shares[3];
+    for (int i = 0; i < count; ++i) {
+        out[i] = InByte((a[i] * ofA + b[i] * ofB + c[i] * ofC + d[i] * ofD + 8) >> 4);
+    }
+}
+
 void Widen(Byte* HOST_ALONE out, const Byte* HOST_ALONE in, int width) {
     const int last = (width + 1) / 2 - 1;
     for (int i = 0; i < last; ++i) {
@@ -93,18 +110,11 @@ void Narrow(Byte* HOST_ALONE out, const Byte* HOST_ALONE in, int width) {
     }
 }
 
-// std::clamp belongs to everybody.
-inline Byte Rounded(int fixed) {
-    int value = (fixed + 32768) >> 16;
-    value = value < 0 ? 0 : value;
-    return static_cast<Byte>(value > 255 ? 255 : value);
-}
-
 void Weigh(Byte* HOST_ALONE out, const Byte* HOST_ALONE a, const Byte* HOST_ALONE b, const Byte* HOST_ALONE c,
            const Weights& weights, int width) {
     const Weights w = weights;
     for (int x = 0; x < width; ++x) {
-        out[x] = Rounded(a[x] * w.ofA + b[x] * w.ofB + c[x] * w.ofC + w.offset);
+        out[x] = InByte((a[x] * w.ofA + b[x] * w.ofB + c[x] * w.ofC + w.offset + 32768) >> 16);
     }
 }
 
@@ -112,13 +122,14 @@ void WeighTwo(Byte* HOST_ALONE out, const Byte* HOST_ALONE a, const Byte* HOST_A
               int width) {
     const Weights w = weights;
     for (int x = 0; x < width; ++x) {
-        out[x] = Rounded(a[x] * w.ofA + b[x] * w.ofB + w.offset);
+        out[x] = InByte((a[x] * w.ofA + b[x] * w.ofB + w.offset + 32768) >> 16);
     }
 }
 
 constexpr PixelRows TableOf(bool (*supported)()) {
-    return {supported,     &Pack422<0>, &Pack422<1>, &Unpack422<0>, &Unpack422<1>, &Interleave3, &TakeApart<3>,
-            &TakeApart<4>, &TakeApart2, &Mix,        &Widen,        &Narrow,       &Weigh,       &WeighTwo};
+    return {supported,    &Pack422<0>,   &Pack422<1>,   &Unpack422<0>, &Unpack422<1>,
+            &Interleave3, &TakeApart<3>, &TakeApart<4>, &TakeApart2,   &Mix,
+            &SumFour,     &Widen,        &Narrow,       &Weigh,        &WeighTwo};
 }
 
 } // namespace

@@ -30,6 +30,8 @@ struct PixelRows {
     void (*takeApart2)(RowOut a, RowOut b, Row in, int pairs);
     // out[i] = (a[i] * shareOfA + b[i] * (8 - shareOfA) + 4) / 8
     void (*mix)(RowOut out, Row a, Row b, int shareOfA, int count);
+    // out[i] = (sum of rows[k][i] * shares[k] + 8) / 16, from 0 to 255. The shares add up to 16.
+    void (*sumFour)(RowOut out, const Row (&rows)[4], const int (&shares)[4], int count);
     // Half the samples to `width`: even ones are taken as they are, odd ones lie halfway between their neighbours.
     void (*widen)(RowOut out, Row in, int width);
     // `width` samples to (width + 1) / 2, each a 1-2-1 mean around the even sample.

@@ -75,12 +75,19 @@ ClipInfo ClipOf(const CInput& input, const Options& options) {
     return clip;
 }
 
-SinkFormat FormatOf(const ClipInfo& clip, const StreamShape& shape, const CScanLabels& labels) {
+// 4:2:0 from 4:2:2 has its chroma where MPEG-2 has it.
+constexpr const char* kChroma420 = "420mpeg2";
+
+SinkFormat FormatOf(const ClipInfo& clip, const StreamShape& shape, const CScanLabels& labels, bool to420) {
     SinkFormat format{shape.pixels, shape.width, shape.height, shape.rate, clip.aspect, clip.fullRange, clip.frames};
     format.bt709 = clip.UsesBt709();
     format.scan = labels.AtFirst();
     format.scanMayChange = labels.MayChange();
     format.comments = clip.comments;
+    if (to420) {
+        format.chroma420 = clip.chroma420.empty() ? kChroma420 : clip.chroma420;
+        format.undo420 = clip.layout == Layout::Planar420 || clip.layout == Layout::Nv12;
+    }
     for (const SideStream& side : clip.sideStreams) {
         if (!side.header.empty()) {
             format.side.push_back(side);
@@ -100,7 +107,8 @@ public:
         , m_shape{m_input.Feed(), m_clip.width, m_clip.height, m_input.Rate()}
         , m_client(command.options, m_shape)
         , m_labels(m_clip.scan, WhichFrames(m_client.Active(), m_shape))
-        , m_output(std::move(m_outputs.clip), command.outputKind, FormatOf(m_clip, m_shape, m_labels))
+        , m_output(std::move(m_outputs.clip), command.outputKind,
+                   FormatOf(m_clip, m_shape, m_labels, command.options.to420))
         , m_stills(command.options.stills, std::move(m_outputs.stills), m_shape, m_clip)
         , m_decisions(m_client, m_shape)
         , m_progress(command.options.quiet, m_clip.frames) {
@@ -200,6 +208,10 @@ RunSummary CClipRun::Run() {
 } // namespace
 
 RunSummary RunClip(const Command& command) {
+    if (command.options.to420 && command.outputKind != OutputKind::Y4m) {
+        throw HostError(ExitCode::Usage, "--to-chroma 420 is for Y4M outputs only: the other kinds hold the frames of "
+                                         "the transform as they are.");
+    }
     return CClipRun(command).Run();
 }
 

@@ -95,6 +95,7 @@ TEST(Command, EveryMistakeIsNamed) {
         {"a b.y4m --method merge --even", "keeps none"},
         {"a b.y4m --mode all --sensitivity 1", "--mode auto only"},
         {"a - --json", "standard output"},
+        {"a b.y4m --to-chroma 422", "one of 420"},
         {"analise a", "did you mean analyse?"},
         {"verify a", "\"a\" is one word too many. Usage: nmfvdeint verify"},
         {"verify --dll x.dll --mode all", "verify has no option --mode"},

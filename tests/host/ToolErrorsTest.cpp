@@ -68,6 +68,7 @@ TEST_F(ToolErrors, EveryFailureSaysWhyAndLeavesNothing) {
         {"cut.y4m out.avi", 2, "--cut-off keep"},
         {"cut.y4m - --to raw", 2, "inside frame 2"},
         {"odd.y4m out.y4m --feed yuy2", 2, "3 pixels wide"},
+        {"clip.y4m out.avi --to-chroma 420", 1, "Y4M outputs only"},
         {"empty.y4m out.y4m", 2, "empty"},
         {"huge.y4m out.y4m --dll absent.dll", 2, "inside frame 0"}, // before anything is made for such frames
         {"none.y4m out.y4m --dll absent.dll", 2, "none.y4m: has no frames"},

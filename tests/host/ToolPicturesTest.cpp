@@ -95,10 +95,12 @@ TEST_F(ToolPictures, PipesAndFilesAndFormatsAgree) {
 
 TEST_F(ToolPictures, OddWidthsAndDeepSamplesNeedNoOption) {
     const Bytes clip = FromText("YUV4MPEG2 W3 H2 F25:1 Ip C422p10\nFRAME\n" + std::string(28, '\1'));
-    const ToolResult result = Run("- -", {clip});
-    EXPECT_EQ(result.code, 0u);
-    EXPECT_NE(result.errors.find("10-bit samples are rounded"), std::string::npos) << result.errors;
-    EXPECT_NE(std::string(result.output.begin(), result.output.end()).find(" C444\n"), std::string::npos);
+    for (const auto& [option, tag] : {std::pair("", " C444\n"), std::pair(" --to-chroma 420", " C420mpeg2\n")}) {
+        const ToolResult result = Run(std::string("- -") + option, {clip});
+        EXPECT_EQ(result.code, 0u);
+        EXPECT_NE(result.errors.find("10-bit samples are rounded"), std::string::npos) << result.errors;
+        EXPECT_NE(std::string(result.output.begin(), result.output.end()).find(tag), std::string::npos) << option;
+    }
 }
 
 TEST_F(ToolPictures, ThePlatformsReaderTakesOddWidths) {

@@ -73,6 +73,7 @@ struct LabelCase {
     bool seekable;
     const char* header;
     const char* lines; // what follows FRAME, of each frame
+    bool to420 = false;
 };
 constexpr LabelCase kLabels[] = {
     {Scan::BottomFirst, Deinterlaced::None, "....", true, "Ib", "|||"},
@@ -83,6 +84,8 @@ constexpr LabelCase kLabels[] = {
     {Scan::BottomFirst, Deinterlaced::Some, "###.", false, "Ib", "|||"}, // a pipe: too late to say more
     {Scan::Mixed, Deinterlaced::Some, "##..", false, "Im", " I1p?| I1p?| Ibi?| I???"},
     {Scan::Mixed, Deinterlaced::Some, "####", true, "Ip", "     |     |     |     "},
+    {Scan::Mixed, Deinterlaced::Some, ".#..", false, "Im", " Itii| I1pp| Ibii| I??p", true},
+    {Scan::TopFirst, Deinterlaced::Some, ".##.", true, "Im", " Itii| I1pp| I1pp| Itii", true},
     {Scan::Progressive, Deinterlaced::Some, ".#..", true, "Ip", "|||"},
     {Scan::Unknown, Deinterlaced::Some, ".#..", true, "I?", "     |     |     |     "},
     {Scan::Interlaced, Deinterlaced::None, "....", true, "I?", "|||"},
@@ -94,6 +97,7 @@ std::string LabelledClip(const LabelCase& c) {
     SinkFormat format{Pixels::Iyu2, 1, 1, {25, 1}, {}, false};
     format.scan = labels.AtFirst();
     format.scanMayChange = labels.MayChange();
+    format.chroma420 = c.to420 ? "420paldv" : "";
     CMemoryWriter writer(c.seekable);
     const auto sink = MakeY4mSink(writer, format);
     const Bytes frame = FromText("UYV ");
@@ -111,7 +115,8 @@ TEST(Y4m, SaysOfLinesWhatIsTrue) {
         std::istringstream lines(LabelledClip(c));
         std::string header, line, words;
         std::getline(lines, header);
-        EXPECT_EQ(header, "YUV4MPEG2 W1 H1 F25:1 " + std::string(c.header) + " C444") << name;
+        EXPECT_EQ(header, "YUV4MPEG2 W1 H1 F25:1 " + std::string(c.header) + (c.to420 ? " C420paldv" : " C444"))
+            << name;
         for (int i = 0; i < 4; ++i) {
             std::getline(lines, line);
             words += (i == 0 ? "" : "|") + line.substr(5);
@@ -166,6 +171,32 @@ TEST(Y4m, SamplesOfMoreBitsAreRounded) {
         const auto source = OpenY4m(input);
         EXPECT_EQ(source->Info().sampleBits, c.bits);
         EXPECT_EQ(ReadAll(*source), std::vector<Bytes>{c.rounded}) << c.tag;
+    }
+}
+
+// Combed chroma becomes a row for each field in a frame that is called interlaced, and a mean in others.
+TEST(Y4m, HalvesChromaAsTheFramesLinesAre) {
+    const Bytes frame = {1, 0, 2, 50, 3, 200, 4, 90, 5, 0, 6, 50, 7, 200, 8, 90};
+    for (const bool seekable : {true, false}) { // a pipe's header has no room for words, and is believed
+        SinkFormat format{Pixels::Yuy2, 2, 4, {25, 1}, {}, false};
+        format.scan = Scan::BottomFirst;
+        format.scanMayChange = true;
+        format.chroma420 = "420jpeg";
+        CMemoryWriter writer(seekable);
+        const auto sink = MakeY4mSink(writer, format);
+        sink->Write(frame.data(), Scan::BottomFirst);
+        sink->Write(frame.data(), Scan::Progressive);
+        sink->Finish(Scan::Mixed);
+        CMemoryReader reader(writer.Written());
+        CInputStream input(reader);
+        const auto source = OpenY4m(input);
+        const Bytes byFields = {1, 2, 3, 4, 5, 6, 7, 8, 0, 200, 50, 90};
+        const Bytes byFrame = {1, 2, 3, 4, 5, 6, 7, 8, 100, 100, 70, 70};
+        for (const bool fields : {true, !seekable}) {
+            ASSERT_TRUE(source->Next());
+            EXPECT_EQ(source->FieldChroma(), fields);
+            EXPECT_EQ(PictureOf(source->Frame()), fields ? byFields : byFrame);
+        }
     }
 }
 

@@ -1,9 +1,8 @@
 #include "host/files/Input.h"
 
-#include "host/formats/AviSource.h"
+#include "host/formats/FrameSource.h"
 #include "host/HostError.h"
 #include "host/formats/InputKind.h"
-#include "host/formats/Y4mSource.h"
 #include "host/console/Console.h"
 #include "host/files/Files.h"
 #include "host/files/MediaSource.h"

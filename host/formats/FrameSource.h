@@ -1,6 +1,7 @@
 // Frames in: what every kind of input offers.
 #pragma once
 
+#include "host/formats/ByteStream.h"
 #include "host/formats/Scan.h"
 #include "host/formats/SideStream.h"
 #include "host/picture/ColorMatrix.h"
@@ -9,6 +10,7 @@
 #include "host/picture/Rational.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -52,6 +54,13 @@ public:
     // True once the times of frames have left the clip's constant rate.
     virtual bool IsIrregular() const { return false; }
 };
+
+// The openers of files read their headers at once. The input must outlive the source.
+// The first video stream of an uncompressed AVI file (RGB24, RGB32, YUY2, UYVY or IYU2), read from front to back, so
+// that a pipe works too. Throws UnknownFormatError for other video.
+std::unique_ptr<IFrameSource> OpenAvi(CInputStream& input);
+// A Y4M stream of 4:2:0, 4:2:2, 4:4:4 or mono.
+std::unique_ptr<IFrameSource> OpenY4m(CInputStream& input);
 
 // The format that fits a layout without loss or as nearly as there is, and takes the width.
 Pixels NaturalFeed(Layout layout, int width);

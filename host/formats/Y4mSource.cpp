@@ -1,4 +1,4 @@
-#include "host/formats/Y4mSource.h"
+#include "host/formats/FrameSource.h"
 
 #include "host/formats/FrameBytes.h"
 #include "host/HostError.h"

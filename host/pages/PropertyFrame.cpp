@@ -1,9 +1,8 @@
-#include "host/pages/PropertyFrame.h"
+#include "host/pages/TransformPages.h"
 
 #include "host/transform/Platform.h"
 #include "host/transform/RegisteredTransform.h"
 #include "host/console/Text.h"
-#include "host/pages/TransformPages.h"
 
 #include <deque>
 #include <olectl.h>

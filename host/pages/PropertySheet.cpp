@@ -1,9 +1,8 @@
-#include "host/pages/PropertySheet.h"
+#include "host/pages/TransformPages.h"
 
 #include "base/Scoped.h"
 #include "host/transform/RegisteredTransform.h"
 #include "host/console/Text.h"
-#include "host/pages/TransformPages.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "host/formats/AviSource.h"
+#include "host/formats/FrameSource.h"
 #include "host/formats/FrameSink.h"
 #include "tests/host/MemoryStreams.h"
 

@@ -1,7 +1,6 @@
 // Every byte flipped and every cut, over small files of each kind: what is read ends in an error, or is all there.
-#include "host/formats/AviSource.h"
+#include "host/formats/FrameSource.h"
 #include "host/formats/FrameSink.h"
-#include "host/formats/Y4mSource.h"
 #include "tests/host/MemoryStreams.h"
 
 #include <algorithm>

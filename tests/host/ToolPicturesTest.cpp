@@ -1,5 +1,5 @@
 // What the program makes of pictures, against an oracle of the pixel rules.
-#include "host/formats/Y4mSource.h"
+#include "host/formats/FrameSource.h"
 #include "tests/host/ToolRun.h"
 #include "tests/support/OraclePixels.h"
 

@@ -5,7 +5,7 @@
 #include "host/formats/RawStream.h"
 #include "host/formats/ScanLabels.h"
 #include "host/formats/Y4mHeader.h"
-#include "host/formats/Y4mSource.h"
+#include "host/formats/FrameSource.h"
 #include "tests/host/MemoryStreams.h"
 
 #include <algorithm>

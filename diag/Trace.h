@@ -30,7 +30,7 @@ void WriteTrace(const char* format, ...);
 // prefix; others continue the line. Never fails, from any thread.
 template <typename... Arguments>
 inline void Trace(const char* format, Arguments... arguments) {
-    if (TraceFlags & kTraceMaster) {
+    if (TraceFlags & kTraceMaster) [[unlikely]] {
         WriteTrace(format, arguments...);
     }
 }

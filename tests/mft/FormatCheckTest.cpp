@@ -109,10 +109,10 @@ TEST(FormatCheck, SizesMasksAndPalettes) {
 
     LegacyInfo tinted(FORMAT_VideoInfo, MEDIASUBTYPE_RGB8, 8, GrayRamp(256, 0x000001));
     EXPECT_HR(kTypeNotAccepted, Check(tinted.type, 0x01));
-    LegacyInfo small(FORMAT_VideoInfo, MEDIASUBTYPE_RGB8, 8, GrayRamp(16));
-    EXPECT_HR(kTypeNotAccepted, Check(small.type, 0x01)); // 256 entries were promised
-    small.Bitmap().biClrUsed = 16;
-    EXPECT_HR(S_OK, Check(small.type, 0x01));
+    LegacyInfo smaller(FORMAT_VideoInfo, MEDIASUBTYPE_RGB8, 8, GrayRamp(16));
+    EXPECT_HR(kTypeNotAccepted, Check(smaller.type, 0x01)); // 256 entries were promised
+    smaller.Bitmap().biClrUsed = 16;
+    EXPECT_HR(S_OK, Check(smaller.type, 0x01));
 }
 
 TEST(FormatCheck, BlocksAndMajorType) {

@@ -117,15 +117,15 @@ TEST_F(Persistence, LoadsWhileOthersSave) {
     CComRef<IMFAttributes> store;
     MFCreateAttributes(store.Put(), 0);
     store->SetUINT32(NMFV_DEINTERLACE_ROI_RIGHT, 11);
-    const std::vector<BYTE> small = BlobOf(store.Get());
+    const std::vector<BYTE> smaller = BlobOf(store.Get());
     store->SetString(MF_MT_SUBTYPE, std::wstring(2000, L'x').c_str());
     const std::vector<BYTE> large = BlobOf(store.Get());
-    WriteSavedSettings(REG_BINARY, small);
+    WriteSavedSettings(REG_BINARY, smaller);
     std::atomic<bool> done{false};
     std::thread others([&] {
         while (!done) {
             WriteSavedSettings(REG_BINARY, large);
-            WriteSavedSettings(REG_BINARY, small);
+            WriteSavedSettings(REG_BINARY, smaller);
         }
     });
     int lost = 0;

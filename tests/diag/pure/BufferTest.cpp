@@ -84,10 +84,10 @@ TEST(LineEnds, BecomePairs) {
         EXPECT_EQ(kBufferOk, AppendWithLineEnds(buffer, text));
         EXPECT_EQ(std::string("<") + written, TextOf(buffer));
     }
-    LimitedBuffer small(5);
-    small.Append("<", 1);
-    EXPECT_EQ(kBufferOutOfMemory, AppendWithLineEnds(small, "abc\n"));
-    EXPECT_EQ("<", TextOf(small)) << "half a line";
+    LimitedBuffer smaller(5);
+    smaller.Append("<", 1);
+    EXPECT_EQ(kBufferOutOfMemory, AppendWithLineEnds(smaller, "abc\n"));
+    EXPECT_EQ("<", TextOf(smaller)) << "half a line";
 }
 
 } // namespace

@@ -146,7 +146,8 @@ HRESULT InstallHelpHook(HWND page, const char* topicName, UINT32 topicNumber) {
     if (IsHooked(sheet, record)) {
         return S_OK;
     }
-    if (!record && !(record = Hook(sheet))) {
+    record = record ? record : Hook(sheet);
+    if (!record) {
         return E_OUTOFMEMORY;
     }
     CopyText(record->topicName, {topicName, strnlen(topicName, kLongestTopicName)});

@@ -1,0 +1,68 @@
+#!/bin/bash
+# set-up, then what takes longer than test: the build by clang with its tests, and clang-tidy
+# arguments: [PART...]
+# Every part in order, or only those named: clang, tidy. A part is skipped when what it stands on has failed.
+set -euo pipefail
+# shellcheck source=scripts/setup.sh
+. "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+# shellcheck source=scripts/build.sh
+. "$nmfv_scripts/build.sh"
+# shellcheck source=scripts/tests.sh
+. "$nmfv_scripts/tests.sh"
+
+# A part is a name here and the function long_NAME, whose result is 0, or 2: skipped, or another: failed.
+long_parts=(clang tidy)
+long_packages=(clang-19 lld-19 clang-tidy-19)
+product_rooms=(com diag engine settings ui mft server host)
+
+# clang-tidy takes each file's flags and the precompiled headers from this build as well.
+build_clang() {
+    [[ ${clang_built:-} ]] || clang_built=$(build_preset mingw-clang >&2 && echo yes || echo no)
+    [[ $clang_built == yes ]]
+}
+
+long_clang() {
+    build_clang && test_preset mingw-clang "$tally"
+}
+
+tidy_product() {
+    cd "$nmfv_top" && find "${product_rooms[@]}" -name '*.cpp' -print0 |
+        xargs -0 -P "$(jobs)" -n 1 clang-tidy-19 -p "$nmfv_build/mingw-clang" --quiet
+}
+
+long_tidy() {
+    build_clang || return 2
+    step_lines=60
+    step "clang-tidy over the product" tidy_product
+}
+
+# run_part NAME: adds its line to the results.
+run_part() {
+    local begin=$SECONDS status=0 word=failed
+    "long_$1" || status=$?
+    case $status in
+        0) word=passed ;;
+        2) word=skipped ;;
+    esac
+    results+=("$(printf '%-10s %-7s %5d s' "$1" "$word" $((SECONDS - begin)))")
+    return "$status"
+}
+
+(($# != 0)) || set -- "${long_parts[@]}"
+for part in "$@"; do
+    [[ " ${long_parts[*]} " == *" $part "* ]] || die "test-long has no part '$part', but: ${long_parts[*]}"
+done
+set_up_packages "${long_packages[@]}"
+set_up_wine
+keep_server
+tally=$(mktemp)
+trap 'rm -f "$tally"' EXIT
+results=()
+worst=0
+for part in "$@"; do
+    run_part "$part" || worst=1
+done
+echo
+show_tally "$tally"
+printf -- '-- %s\n' "${results[@]}"
+exit "$worst"

@@ -32,10 +32,11 @@ else()
   add_custom_command(
     OUTPUT ${NMFV_TYPELIB} ${NMFV_HEADER}
     COMMAND ${NMFV_WIDL} -I${NMFV_IDL_DIR} -L${NMFV_GENERATED_DIR} -h -o ${NMFV_HEADER}
-            ${NMFV_IDL_DIR}/NMFVDeinterlace.idl
+            NMFVDeinterlace.idl
     COMMAND ${NMFV_CLOCK} ${NMFV_WIDL} -I${NMFV_IDL_DIR} -L${NMFV_GENERATED_DIR} -t -o ${NMFV_TYPELIB}
             ${NMFV_IDL_DIR}/NMFVDeinterlace.idl
     DEPENDS ${NMFV_IDL_DIR}/NMFVDeinterlace.idl ${NMFV_IDL_DIR}/oaidl.idl ${NMFV_GENERATED_DIR}/stdole2.tlb
+    WORKING_DIRECTORY ${NMFV_IDL_DIR} # the header says what it was made from
     VERBATIM)
 endif()
 add_custom_target(nmfv_typelib DEPENDS ${NMFV_TYPELIB} ${NMFV_HEADER})

@@ -39,8 +39,16 @@ if(WIN32)
   target_compile_definitions(nmfv_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX STRICT
     _WIN32_WINNT=0x0601 WINVER=0x0601)
   if(NOT MSVC)
-    # Nothing but the system's own DLLs stands in an import table: the C++ run-time is linked in.
-    target_link_options(nmfv_options INTERFACE -static -s)
+    # Nothing but the system's own DLLs stands in an import table: the C++ run-time is linked in. No program says when
+    # it was built, nor do its symbols say where.
+    target_link_options(nmfv_options INTERFACE -static -Wl,--no-insert-timestamp)
+    if(NMFV_SYMBOLS)
+      # Functions and lines; variables would be ten times as much. Of two folders that fit the last counts.
+      target_compile_options(nmfv_options INTERFACE -g1 -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.
+        -ffile-prefix-map=${PROJECT_BINARY_DIR}=.)
+    else()
+      target_link_options(nmfv_options INTERFACE -s)
+    endif()
   endif()
 endif()
 

@@ -13,6 +13,10 @@ nmfv_build_packages=(
 nmfv_wine_here_packages=(wine64 xvfb fonts-dejavu-core fonts-wine gstreamer1.0-plugins-{base,good} gstreamer1.0-libav)
 nmfv_wine_private_packages=(patchelf x11-xkb-utils)
 
+# For the package alone: the installer's compiler and editor, the zip, and signatures.
+# shellcheck disable=SC2034  # used by verb-package.sh
+nmfv_package_packages=(wixl msitools zip osslsigncode)
+
 # For the benchmarks alone: Google Benchmark, and the peers they measure.
 # shellcheck disable=SC2034  # used by verb-bench.sh
 nmfv_bench_packages=(

@@ -64,7 +64,7 @@ install_port() {
         cmp "$sdk/bin/NMFVDeitrx.dll" "$test/port/bin/NMFVDeitrx.dll"
 }
 
-# Every file that the NuGet specification names is there.
+# Every file that the nuspec file names is there.
 check_nuspec() {
     local folder=$sdk/share/NMFVDeitrx/nuget name
     sed -n 's/.*<file src="\([^"]*\)".*/\1/p' "$folder/NMFVDeitrx.nuspec" | tr '\\' / >"$test/nuspec"
@@ -87,7 +87,7 @@ sdk=$test/sdk/$package_name-$package_version-win64
 step "test: unpacking" unzip -q "$out/${sdk##*/}.zip" -d "$test/sdk" || die "the SDK cannot be unpacked"
 step "test: symbols" check_symbols || die "the symbols do not lead to the sources"
 step "test: vcpkg port" install_port || die "the vcpkg port does not install the SDK"
-step "test: NuGet specification" check_nuspec || die "the NuGet specification names files that are not there"
+step "test: nuspec file" check_nuspec || die "the nuspec file names files that are not there"
 step "test: samples" build_samples || die "the samples cannot be built against the SDK"
 step "test: running the samples" run_samples || die "a sample does not do what it says"
 step "test: copying the sources" copy_sources || die "the sources cannot be copied"

@@ -132,6 +132,11 @@ HelpHookRecord* Hook(HWND sheet) {
     }
     record->tag = kHelpHookTag;
     record->previousProcedure = ExchangeProcedure(sheet, &HookProcedure);
+    if (!record->previousProcedure) { // the sheet keeps its own
+        RemovePropA(sheet, kRecordProperty);
+        delete record;
+        return nullptr;
+    }
     return record;
 }
 

@@ -7,7 +7,7 @@ namespace host {
 
 namespace {
 
-// "2 audio streams", "a text stream"
+// "2 audio streams", "its text stream"
 void AddSideStreams(const ClipInfo& clip, OutputKind output, std::vector<std::string>& lost) {
     std::vector<std::string> kinds;
     for (const SideStream& side : clip.sideStreams) {

@@ -13,7 +13,8 @@ FrameShape ShapeOf(std::int32_t width, std::int32_t height, std::int32_t bits) {
 
 std::uint32_t InterlaceThreshold(std::int32_t width, std::int32_t height, double sensitivity) {
     const std::int32_t area = FrameBytes(static_cast<std::int32_t>(static_cast<std::uint32_t>(height) - 3u), width);
-    const double threshold = static_cast<double>(area / 16) * sensitivity;
+    const std::int32_t share = area / 16; // rounded down
+    const double threshold = share * sensitivity;
     constexpr double kLimit = 9223372036854775808.0; // 2 to the power of 63
     if (!(threshold > -kLimit && threshold < kLimit)) {
         return 0;

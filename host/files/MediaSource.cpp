@@ -5,6 +5,7 @@
 #include "host/formats/BobWatch.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <mfapi.h>
 #include <mferror.h>
@@ -182,7 +183,7 @@ void CMediaSource::TakeLength() {
     if (m_info.rate && SUCCEEDED(m_reader->GetPresentationAttribute(static_cast<DWORD>(MF_SOURCE_READER_MEDIASOURCE),
                                                                     MF_PD_DURATION, &duration))) {
         m_info.frames = static_cast<std::uint64_t>(
-            static_cast<double>(duration.uhVal.QuadPart) * 1e-7 * m_info.rate->Value() + 0.5);
+            std::llround(static_cast<double>(duration.uhVal.QuadPart) * 1e-7 * m_info.rate->Value()));
     }
     PropVariantClear(&duration);
 }

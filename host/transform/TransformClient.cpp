@@ -3,6 +3,7 @@
 #include "host/HostError.h"
 #include "host/console/Text.h"
 
+#include <cmath>
 #include <cstring>
 #include <mferror.h>
 
@@ -133,7 +134,7 @@ void CTransformClient::Message(MFT_MESSAGE_TYPE message, const char* name) {
 
 const std::uint8_t* CTransformClient::Process() {
     const auto when = [this](std::uint64_t number) {
-        return static_cast<LONGLONG>(static_cast<double>(number) * kUnitsPerSecond / m_shape.rate.Value() + 0.5);
+        return std::llround(static_cast<double>(number) * kUnitsPerSecond / m_shape.rate.Value());
     };
     m_input.SetLength(m_frameBytes);
     Must(m_input.Sample()->SetSampleTime(when(m_frame)), "a sample cannot be stamped");

@@ -1,7 +1,7 @@
 #!/bin/bash
-# set-up, then what takes longer than test: the build by clang with its tests, and clang-tidy
+# set-up, then what takes longer than test: the build by clang with its tests, clang-tidy, and pipelines with ffmpeg
 # arguments: [PART...]
-# Every part in order, or only those named: clang, tidy. A part is skipped when what it stands on has failed.
+# Every part in order, or only those named: clang, tidy, pipelines. A part is skipped when what it stands on has failed.
 set -euo pipefail
 # shellcheck source=scripts/setup.sh
 . "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
@@ -9,10 +9,14 @@ set -euo pipefail
 . "$nmfv_scripts/build.sh"
 # shellcheck source=scripts/tests.sh
 . "$nmfv_scripts/tests.sh"
+# shellcheck source=scripts/demo-clip.sh
+. "$nmfv_scripts/demo-clip.sh"
+# shellcheck source=scripts/pipelines.sh
+. "$nmfv_scripts/pipelines.sh"
 
 # A part is a name here and the function long_NAME, whose result is 0, or 2: skipped, or another: failed.
-long_parts=(clang tidy)
-long_packages=(clang-19 lld-19 clang-tidy-19)
+long_parts=(clang tidy pipelines)
+long_packages=(clang-19 lld-19 clang-tidy-19 ffmpeg)
 product_rooms=(com diag engine settings ui mft server host)
 
 # clang-tidy takes each file's flags and the precompiled headers from this build as well.
@@ -34,6 +38,17 @@ long_tidy() {
     build_clang || return 2
     step_lines=60
     step "clang-tidy over the product" tidy_product
+}
+
+# The clip is brought in a shell of its own, whose end it watches.
+long_pipelines() {
+    local name status=0
+    (build_preset mingw nmfvdeint NMFVDeitrx && build_preset native clip_oracle && ensure_clip) || return 2
+    ensure_clip
+    for name in "${pipelines[@]}"; do
+        run_pipeline "$name" || status=1
+    done
+    return "$status"
 }
 
 # run_part NAME: adds its line to the results.

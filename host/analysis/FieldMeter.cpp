@@ -173,7 +173,7 @@ void CFieldMeter::WeighChange(FieldReading& reading) {
     double pixels = 0;
     for (const Block& block : m_blocks) {
         if (block.Change() >= from) {
-            pixels += kBlockPixels / 2;
+            pixels += kBlockPixels / 2.0;
             reading.topChange += block.topChange;
             reading.bottomChange += block.bottomChange;
         }

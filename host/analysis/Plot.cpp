@@ -170,7 +170,7 @@ std::string Strip(int index, const char* name, const CColumns& columns, const Co
     std::string svg =
         TextAt(kLeft - 8, y + 14, "end", name) + Rectangle(kLeft, y, kRight - kLeft, kStripHeight, kFields[0].color);
     for (const auto& [color, path] : paths) {
-        svg += "<path fill='" + color + "' d='" + path + "'/>\n";
+        svg.append("<path fill='").append(color).append("' d='").append(path).append("'/>\n");
     }
     return svg;
 }

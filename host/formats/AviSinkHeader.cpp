@@ -2,6 +2,8 @@
 
 #include "host/formats/AviChunks.h"
 
+#include <cmath>
+
 namespace host {
 
 namespace {
@@ -39,7 +41,7 @@ void PutVideoProperties(CBytes& header, const SinkFormat& format, Scan scan) {
     const auto width = static_cast<std::uint32_t>(format.width);
     const auto height = static_cast<std::uint32_t>(format.height);
     const std::size_t properties = header.Open(FourCc('v', 'p', 'r', 'p'));
-    header.U32(0).U32(0).U32(static_cast<std::uint32_t>(format.rate.Value() + 0.5)).U32(width).U32(height);
+    header.U32(0).U32(0).U32(static_cast<std::uint32_t>(std::llround(format.rate.Value()))).U32(width).U32(height);
     header.U32(PictureAspect(format)).U32(width).U32(height).U32(fields);
     const std::uint32_t startLines[] = {scan == Scan::BottomFirst ? 1u : 0u, scan == Scan::TopFirst ? 1u : 0u};
     for (const std::uint32_t line : startLines) {
@@ -100,7 +102,7 @@ CBytes AviHeaderBytes(const SinkFormat& format, const AviCounts& counts) {
     const std::size_t headerList = header.Open(kList);
     header.U32(FourCc('h', 'd', 'r', 'l'));
     const std::size_t main = header.Open(FourCc('a', 'v', 'i', 'h'));
-    header.U32(static_cast<std::uint32_t>(1e6 / format.rate.Value() + 0.5))
+    header.U32(static_cast<std::uint32_t>(std::llround(1e6 / format.rate.Value())))
         .U32(bytesPerSecond < UINT32_MAX ? static_cast<std::uint32_t>(bytesPerSecond) : UINT32_MAX)
         .U32(0)
         .U32(kHasIndex)

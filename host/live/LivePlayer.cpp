@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kKeptBytes = std::size_t{256} << 20;
 
-const Command& Repeatable(const Command& command) {
+Command Repeatable(Command command) {
     if (command.input == "-") {
         throw HostError(ExitCode::Usage, "--live needs a file: a pipe cannot be played again.");
     }

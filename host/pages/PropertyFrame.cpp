@@ -7,8 +7,6 @@
 #include <deque>
 #include <olectl.h>
 
-using Microsoft::WRL::ComPtr;
-
 namespace host {
 
 namespace {

@@ -1,6 +1,7 @@
 #include "host/player/LiveLayout.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 
 namespace host {
@@ -29,7 +30,7 @@ int Below(int line) {
 }
 
 int DisplayWidth(const PictureShape& shape) {
-    return std::max(1, static_cast<int>(shape.width * shape.aspect.Value() + 0.5));
+    return std::max(1, static_cast<int>(std::lround(shape.width * shape.aspect.Value())));
 }
 
 } // namespace

@@ -24,6 +24,10 @@ nmfv_bench_packages=(
     libavfilter-dev libgstreamer1.0-dev gstreamer1.0-plugins-good
 )
 
+# For the fuzzers alone: a clang that brings libFuzzer.
+# shellcheck disable=SC2034  # used by verb-fuzz.sh
+nmfv_fuzz_packages=(clang-19 libclang-rt-19-dev)
+
 # The value of NAME in what the system says of itself.
 release_value() {
     (. /etc/os-release 2>/dev/null && echo "${!1:-}")

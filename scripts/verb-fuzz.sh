@@ -9,7 +9,7 @@ set -euo pipefail
 # shellcheck source=scripts/build.sh
 . "$nmfv_scripts/build.sh"
 minutes=${1:-1}
-[[ $minutes =~ ^[0-9]{1,4}$ ]] && ((minutes > 0)) || die "fuzz takes a number of minutes, not '$minutes'"
+[[ $minutes =~ ^[1-9][0-9]{0,3}$ ]] || die "fuzz takes a number of minutes, not '$minutes'"
 fuzz=$nmfv_build/fuzz/fuzz
 corpus=$nmfv_build/fuzz/corpus
 found=$nmfv_build/fuzz/found

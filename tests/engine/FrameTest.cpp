@@ -199,48 +199,6 @@ TEST(Frames, EverySmallRegion) {
     }
 }
 
-TEST(Frames, WildRegionsStayInTheFrame) {
-    TestFrames frames(64 * 4 * 16);
-    RandomBytes& random = frames.Random();
-    for (int turn = 0; turn < 10'000; ++turn) {
-        constexpr std::int32_t kDepths[] = {8, 16, 24, 32};
-        const FrameShape shape =
-            ShapeOf(1 + random.Below(64), 1 + random.Below(16), kDepths[random.Below(4)], random.Below(2) != 0);
-        frames.Fill(shape, random.Below(2) != 0);
-        const Region region{random.Edge(shape.width), random.Edge(shape.height), random.Edge(shape.width),
-                            random.Edge(shape.height)};
-        ASSERT_TRUE(frames.Matches({shape, kMethods[random.Below(5)], true, region}));
-    }
-}
-
-// Frames far too large to make: the area must lie within them.
-TEST(Frames, WildShapesAreRefusedOrHoldTheirArea) {
-    RandomBytes random(TestSeed());
-    int processable = 0;
-    for (int turn = 0; turn < 200'000; ++turn) {
-        constexpr std::int32_t kDepths[] = {1, 4, 8, 16, 24, 32, INT_MAX, -8};
-        const std::int32_t bits = kDepths[random.Below(8)];
-        const auto size = [&] { return static_cast<std::int32_t>(random.Any()) >> random.Below(31); };
-        const FrameShape shape = ShapeOf(size(), size(), bits, random.Below(2) != 0);
-        const OracleFrame real{shape.width, shape.height, bits, false};
-        const bool fits = shape.width > 0 && shape.height > 0 && bits > 0 && real.bits * real.width <= INT_MAX &&
-                          real.Bytes() <= INT_MAX;
-        ASSERT_EQ(fits, shape.IsProcessable()) << shape.width << "x" << shape.height << " of " << bits;
-        if (!fits) {
-            continue;
-        }
-        ++processable;
-        const Region region{random.Edge(shape.width), random.Edge(shape.height), random.Edge(shape.width),
-                            random.Edge(shape.height)};
-        const ProcessedArea area = PlaceRegion(shape, region);
-        const FrameCase c{shape, kMethods[0], true, region};
-        ASSERT_GE(area.offset, 0) << c;
-        ASSERT_LE(area.offset % shape.stride + std::int64_t{area.m_lCropWidth} * bits / 8, shape.stride) << c;
-        ASSERT_LE(area.offset / shape.stride + std::int64_t{area.m_lCropHeight}, shape.height) << c;
-    }
-    EXPECT_GT(processable, 10'000);
-}
-
 TEST(Frames, RegionsByExample) {
     const FrameShape pairs = ShapeOf(720, 480, 16, false);
     const FrameShape topDown = ShapeOf(721, 480, 24, true);

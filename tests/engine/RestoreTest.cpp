@@ -157,21 +157,6 @@ TEST(ProtectedArea, RowsByExample) {
     }
 }
 
-TEST(ProtectedArea, WildRectanglesStayInTheFrame) {
-    RestorePair frames(64 * 4 * 16);
-    RandomBytes random(TestSeed());
-    for (int turn = 0; turn < 20'000; ++turn) {
-        const auto& format = kFormats[random.Below(5)];
-        const FrameShape shape = ShapeOf(1 + random.Below(40), 1 + random.Below(12), format.bits, random.Below(2) != 0);
-        const RestoreCase c{
-            shape,
-            format.packed422,
-            random.Edge(shape.height),
-            {random.Edge(shape.width), random.Edge(shape.height), random.Edge(shape.width), random.Edge(shape.height)}};
-        ASSERT_TRUE(frames.Matches(c, random.Below(2) != 0));
-    }
-}
-
 TEST(ProtectedArea, MissingBuffersAndImpossibleFramesAreLeftAlone) {
     const FrameShape impossible[] = {
         ShapeOf(40'000, 40'000, 32, true), // its bytes wrap to some two thousand million

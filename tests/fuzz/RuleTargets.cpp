@@ -52,7 +52,8 @@ void FollowAVector(FuzzInput& input, bool (List::*add)(std::int32_t, const Recor
             [[fallthrough]];
         default:
             Record record;
-            record.index = 4711; // the list gives its own
+            record.index = 4711; // the list gives its own, and its links
+            record.next = &record;
             record.segmentData = turn;
             appends += !within;
             Require((list.*add)(index, record), "there is memory");

@@ -181,38 +181,6 @@ TEST_F(Streaming, Messages) {
     EXPECT_HR(E_POINTER, Mft()->GetOutputStatus(nullptr));
 }
 
-// Whatever of the caller's objects fails, the call reports it, nothing stays referenced, and the frame is gone.
-TEST_F(Streaming, FailuresOfTheCallersObjects) {
-    SetTypes();
-    constexpr struct {
-        const char* method;
-        bool ofInput, ofBuffer;
-    } kRows[] = {{"ConvertToContiguousBuffer", true, false},
-                 {"ConvertToContiguousBuffer", false, false},
-                 {"SetSampleDuration", false, false},
-                 {"SetSampleTime", false, false},
-                 {"Lock", true, true},
-                 {"Lock", false, true}};
-    for (const auto& row : kRows) {
-        SCOPED_TRACE(testing::Message() << row.method << (row.ofInput ? " of input" : " of output"));
-        HookedFrame input(m_picture), output(m_picture);
-        input.sample.SetSampleTime(1);
-        input.sample.SetSampleDuration(2);
-        HookedFrame& failing = row.ofInput ? input : output;
-        (row.ofBuffer ? failing.buffer.hook : failing.sample.hook).Fail(row.method, E_ABORT);
-        EXPECT_HR(E_ABORT, Pass(input, output));
-        EXPECT_HR(MF_E_TRANSFORM_NEED_MORE_INPUT, Output(&output.sample));
-        for (const HookedFrame* frame : {&input, &output}) {
-            EXPECT_EQ(0u, frame->sample.References());
-            EXPECT_EQ(1u, frame->buffer.References()); // its sample's
-        }
-    }
-    HookedFrame refused(m_picture);
-    refused.sample.hook.Fail("GetBufferCount", E_ABORT);
-    EXPECT_HR(E_ABORT, Mft()->ProcessInput(0, &refused.sample, 0));
-    EXPECT_EQ(0u, refused.sample.References());
-}
-
 TEST_F(Streaming, LockFailures) {
     SetTypes();
     for (const bool outputFails : {false, true}) {

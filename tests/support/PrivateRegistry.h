@@ -32,6 +32,9 @@ public:
         RegDeleteTreeA(HKEY_CURRENT_USER, m_path.c_str());
     }
 
+    // The key's place below the real HKEY_CURRENT_USER.
+    const std::string& Path() const { return m_path; }
+
     // Takes the key away from under the root: every access fails from then on.
     void Delete() { RegDeleteKeyA(m_key.Get(), ""); }
 

@@ -1,9 +1,8 @@
 // What the host reads: files and pipes of every kind, and its command line.
 #include "host/command/Command.h"
-#include "host/formats/AviSource.h"
 #include "host/formats/FrameSink.h"
+#include "host/formats/FrameSource.h"
 #include "host/formats/InputKind.h"
-#include "host/formats/Y4mSource.h"
 #include "host/picture/FrameConvert.h"
 #include "tests/fuzz/Fuzz.h"
 #include "tests/host/MemoryStreams.h"
@@ -23,7 +22,7 @@ Clip ReadClip(IFrameSource& source) {
     const ClipInfo& info = source.Info();
     Require(info.width > 0 && info.width <= kMaxSide && info.height > 0 && info.height <= kMaxSide, "sides in limits");
     Require(!info.rate || UsableRate(*info.rate) == info.rate, "a rate is usable");
-    const Pixels feed = NaturalFeed(info.layout);
+    const Pixels feed = NaturalFeed(info.layout, info.width);
     CheckFeed(info, feed, "input");
     Clip clip{{feed, info.width, info.height, info.rate.value_or(Rational{25, 1}), info.aspect}, {}};
     CFrameConverter converter(info.layout, LayoutOf(feed), info.width, info.height, info.fullRange, info.bt709);

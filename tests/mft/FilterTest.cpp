@@ -4,7 +4,6 @@
 #include "settings/SettingsDefaults.h"
 #include "tests/support/CallHook.h"
 #include "tests/support/ComChecks.h"
-#include "tests/support/GuardedBlocks.h"
 #include "tests/support/OraclePixels.h"
 #include "tests/support/RandomBytes.h"
 
@@ -65,7 +64,6 @@ public:
     StoreHook(const StoreHook&) = delete;
     StoreHook& operator=(const StoreHook&) = delete;
 
-    IMFAttributes* Real() const { return m_store.Inner(); }
     CallHook& Calls() { return m_store.hook; }
 
 private:
@@ -343,40 +341,6 @@ TEST_F(Filter, ReadsEachSettingOnce) {
         EXPECT_EQ(frame.numbers, hook.Calls().calls["GetUINT32"]) << frame.name;
         EXPECT_EQ(frame.doubles, hook.Calls().calls["GetDouble"]) << frame.name;
         EXPECT_EQ(0, hook.Calls().calls["SetUINT32"]) << frame.name;
-    }
-}
-
-// Any numbers in the store, frames between inaccessible pages.
-TEST_F(Filter, WildStoresStayWithinTheFrames) {
-    constexpr struct { INT32 width, height, bits; } kFrames[] = {{16, 8, 16}, {15, 9, 24}, {33, 7, 8}, {5, 64, 32}};
-    const GUID* const kProtectedEdges[] = {&NMFV_DEINTERLACE_PROTECTED_LEFT, &NMFV_DEINTERLACE_PROTECTED_RIGHT,
-                                           &NMFV_DEINTERLACE_PROTECTED_TOP, &NMFV_DEINTERLACE_PROTECTED_BOTTOM};
-    GuardedBlocks blocks(2, 4096);
-    for (const auto& frame : kFrames) {
-        SetFormat(frame.width, frame.height, frame.bits);
-        m_filter.m_bPacked422 = frame.bits == 16;
-        ASSERT_HR(S_OK, m_filter.StartStreaming());
-        StoreHook hook(m_filter);
-        IMFAttributes* const real = hook.Real();
-        hook.Calls().check = [&](const std::string& method, const GUID*) { // now and then a reading fails
-            return method == "GetUINT32" && m_random.Below(16) == 0 ? E_FAIL : S_OK;
-        };
-        for (int round = 0; round < 3000; ++round) {
-            for (int i = 0; i < 4; ++i) {
-                real->SetUINT32(*kRegionEdges[i], static_cast<UINT32>(m_random.Edge(frame.width)));
-                real->SetUINT32(*kProtectedEdges[i], static_cast<UINT32>(m_random.Edge(frame.width)));
-            }
-            for (const GUID* key : {&NMFV_DEINTERLACE_ENABLE_ROI, &NMFV_DEINTERLACE_ENABLE_PROTECTED_AREA,
-                                    &NMFV_DEINTERLACE_MERGE_FIELDS, &NMFV_DEINTERLACE_EVEN}) {
-                real->SetUINT32(*key, static_cast<UINT32>(m_random.Below(2)));
-            }
-            const bool atEnd = round & 1;
-            BYTE* const in = atEnd ? blocks.AtEnd(0, m_input.size()) : blocks.AtStart(0);
-            BYTE* const out = atEnd ? blocks.AtEnd(1, m_input.size()) : blocks.AtStart(1);
-            std::copy(m_input.begin(), m_input.end(), in);
-            ASSERT_HR(S_OK, m_filter.Transform(in, out));
-            ASSERT_TRUE(std::equal(m_input.begin(), m_input.end(), in)) << "the input was written, round " << round;
-        }
     }
 }
 

@@ -1,9 +1,5 @@
 // One frame in, one frame out: the states, the messages, and failures of the caller's objects.
-#include "mft/InputSubtypes.h"
 #include "tests/support/CallHook.h"
-#include "tests/support/OraclePixels.h"
-#include "tests/support/RandomBytes.h"
-#include "tests/support/Threads.h"
 #include "tests/support/Transform.h"
 
 #include <numeric>
@@ -14,16 +10,16 @@ namespace {
 
 constexpr DWORD kFrameBytes = 8 * 8 * 2;
 
-// A sample of the caller's with its one buffer, both hooked.
+// A sample of the caller's whose one buffer is hooked.
 struct HookedFrame {
     explicit HookedFrame(const std::vector<BYTE>& bytes)
-        : buffer(MakeBuffer(bytes, realBuffer))
-        , sample(MakeSample(&buffer, realSample)) {}
+        : buffer(MakeBuffer(bytes, realBuffer)) {
+        MakeSample(&buffer, sample);
+    }
 
     CComRef<IMFMediaBuffer> realBuffer;
     HookedBuffer buffer;
-    CComRef<IMFSample> realSample;
-    HookedSample sample;
+    CComRef<IMFSample> sample;
 };
 
 class Streaming : public TransformTest {
@@ -45,8 +41,8 @@ protected:
     }
 
     HRESULT Pass(HookedFrame& in, HookedFrame& out) {
-        EXPECT_HR(S_OK, Mft()->ProcessInput(0, &in.sample, 0));
-        return Output(&out.sample);
+        EXPECT_HR(S_OK, Mft()->ProcessInput(0, in.sample.Get(), 0));
+        return Output(out.sample.Get());
     }
 
     bool IsHolding() {
@@ -131,32 +127,6 @@ TEST_F(Streaming, PassesPictureLengthAndTimingOn) {
     }
 }
 
-// Padding included, which only combined rows write.
-TEST_F(Streaming, EverySubtypeIsDeinterlaced) {
-    Store()->SetUINT32(NMFV_DEINTERLACE_ENABLED, 1);
-    Store()->SetUINT32(NMFV_DEINTERLACE_AUTO_DEINTERLACE, 0);
-    constexpr struct {
-        const GUID* subtype;
-        UINT32 width, bits;
-    } kRows[] = {{&MFVideoFormat_RGB24, 13, 24},
-                 {&MFVideoFormat_YUY2, 14, 16},
-                 {&MFVideoFormat_UYVY, 14, 16},
-                 {&kSubtypeIyu2, 13, 24}};
-    RandomBytes random(TestSeed());
-    for (const auto& row : kRows) {
-        TransformTest::SetTypes(*row.subtype, row.width, 7);
-        const OracleFrame frame{row.width, 7, row.bits};
-        std::vector<BYTE> picture(static_cast<std::size_t>(frame.Bytes())), expected(picture.size(), 0xA5);
-        random.Fill(picture);
-        CComRef<IMFSample> input, output;
-        MakeSample(picture, input);
-        MakeSample(expected, output);
-        OracleDeinterlace(frame, {.merge = true}, picture.data(), expected.data());
-        EXPECT_HR(S_OK, PassFrame(Mft(), input.Get(), output.Get()));
-        EXPECT_EQ(expected, BytesOf(output.Get())) << &row - kRows;
-    }
-}
-
 TEST_F(Streaming, Messages) {
     SetTypes();
     CComRef<IMFSample> sample;
@@ -230,43 +200,10 @@ TEST_F(Streaming, UnprocessableFrames) {
         HookedFrame input(std::vector<BYTE>(kFrameBytes, 0xEE)), output(m_picture);
         EXPECT_HR(S_OK, Pass(input, output));
         EXPECT_EQ(0, output.buffer.hook.calls["SetCurrentLength"]);
-        EXPECT_EQ(m_picture, BytesOf(&output.sample));
+        EXPECT_EQ(m_picture, BytesOf(output.sample.Get()));
         EXPECT_HR(S_OK, Mft()->ProcessMessage(MFT_MESSAGE_NOTIFY_END_OF_STREAM, 0));
     }
     EXPECT_GT(accepted, 0);
-}
-
-// Many transforms in many threads, settings written while frames flow; each thread's last frame is right.
-TEST_F(Streaming, SeveralTransformsInSeveralThreads) {
-    InThreads(4, [this](int seed) {
-        TransformUnderTest own;
-        ASSERT_TRUE(own.Create());
-        IMFTransform* const mft = own.transform.Get();
-        CComRef<IMFMediaType> type;
-        MakeVideoType(MFVideoFormat_YUY2, 8, 8, type);
-        ASSERT_HR(S_OK, mft->SetInputType(0, type.Get(), 0));
-        ASSERT_HR(S_OK, mft->SetOutputType(0, type.Get(), 0));
-        mft->ProcessMessage(MFT_MESSAGE_NOTIFY_START_OF_STREAM, 0);
-        CComRef<IMFSample> in, out;
-        MakeSample(m_picture, in);
-        MakeSample(std::vector<BYTE>(kFrameBytes), out);
-        InThreads(2, [&](int writes) {
-            for (int i = 0; i < 400; ++i) {
-                if (!writes) {
-                    ASSERT_HR(S_OK, PassFrame(mft, in.Get(), out.Get()));
-                    continue;
-                }
-                own.control->put_EnableROI(i & 1 ? VARIANT_TRUE : VARIANT_FALSE);
-                own.control->put_ROIRight(seed + i);
-                own.store->SetUINT32(NMFV_DEINTERLACE_ROI_BOTTOM, static_cast<UINT32>(i) * 0x01234567u);
-                own.control->put_EnableProtectedArea(i & 2 ? VARIANT_TRUE : VARIANT_FALSE);
-                own.control->ResetToDefaultsEx(i & 1);
-            }
-        });
-        own.store->SetUINT32(NMFV_DEINTERLACE_ENABLED, 0);
-        ASSERT_HR(S_OK, PassFrame(mft, in.Get(), out.Get()));
-        EXPECT_EQ(m_picture, BytesOf(out.Get()));
-    });
 }
 
 } // namespace

@@ -38,8 +38,7 @@ struct CallHook {
         return FAILED(hr) ? hr : Inner()->Name Arguments;                                                              \
     }
 
-// Reference counting and forwarding for an object that stands in front of `Interface`. Lives on the stack of a test:
-// References() tells how many references others hold.
+// Reference counting and forwarding for an object that stands in front of `Interface`. Lives on the stack of a test.
 template <typename Interface>
 class Hooked : public Interface {
 public:
@@ -58,7 +57,6 @@ public:
     STDMETHODIMP_(ULONG) AddRef() override { return ++m_references; }
     STDMETHODIMP_(ULONG) Release() override { return --m_references; }
 
-    ULONG References() const { return m_references; }
     Interface* Inner() const { return m_inner.Get(); }
 
     CallHook hook;
@@ -68,12 +66,9 @@ private:
     ULONG m_references = 0;
 };
 
-template <typename Interface>
-class HookedAttributes : public Hooked<Interface> {
+class HookedStore : public Hooked<IMFAttributes> {
 public:
-    using Hooked<Interface>::Hooked;
-    using Hooked<Interface>::Inner;
-    using Hooked<Interface>::hook;
+    using Hooked::Hooked;
 
     NMFV_HOOKED_KEY(GetItem, (REFGUID key, PROPVARIANT* value), (key, value))
     NMFV_HOOKED_KEY(GetItemType, (REFGUID key, MF_ATTRIBUTE_TYPE* type), (key, type))
@@ -105,31 +100,6 @@ public:
     NMFV_HOOKED(GetCount, (UINT32 * items), (items))
     NMFV_HOOKED(GetItemByIndex, (UINT32 index, GUID* key, PROPVARIANT* value), (index, key, value))
     NMFV_HOOKED(CopyAllItems, (IMFAttributes * destination), (destination))
-};
-
-class HookedStore : public HookedAttributes<IMFAttributes> {
-public:
-    using HookedAttributes::HookedAttributes;
-};
-
-class HookedSample : public HookedAttributes<IMFSample> {
-public:
-    using HookedAttributes::HookedAttributes;
-
-    NMFV_HOOKED(GetSampleFlags, (DWORD * flags), (flags))
-    NMFV_HOOKED(SetSampleFlags, (DWORD flags), (flags))
-    NMFV_HOOKED(GetSampleTime, (LONGLONG * time), (time))
-    NMFV_HOOKED(SetSampleTime, (LONGLONG time), (time))
-    NMFV_HOOKED(GetSampleDuration, (LONGLONG * time), (time))
-    NMFV_HOOKED(SetSampleDuration, (LONGLONG time), (time))
-    NMFV_HOOKED(GetBufferCount, (DWORD * count), (count))
-    NMFV_HOOKED(GetBufferByIndex, (DWORD index, IMFMediaBuffer** buffer), (index, buffer))
-    NMFV_HOOKED(ConvertToContiguousBuffer, (IMFMediaBuffer * *buffer), (buffer))
-    NMFV_HOOKED(AddBuffer, (IMFMediaBuffer * buffer), (buffer))
-    NMFV_HOOKED(RemoveBufferByIndex, (DWORD index), (index))
-    NMFV_HOOKED(RemoveAllBuffers, (), ())
-    NMFV_HOOKED(GetTotalLength, (DWORD * length), (length))
-    NMFV_HOOKED(CopyToBuffer, (IMFMediaBuffer * buffer), (buffer))
 };
 
 class HookedBuffer : public Hooked<IMFMediaBuffer> {

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <limits>
 #include <random>
 #include <span>
 
@@ -30,21 +29,6 @@ public:
 
     void Fill(std::span<std::uint8_t> bytes) {
         std::generate(bytes.begin(), bytes.end(), [this] { return Byte(); });
-    }
-
-    // An edge of a rectangle in a frame of `size`: often within it or just outside, often an extreme, else anything.
-    std::int32_t Edge(std::int32_t size) {
-        constexpr auto kLeast = std::numeric_limits<std::int32_t>::min();
-        constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
-        const std::int32_t extremes[] = {kLeast, kLeast + 1, -1, 0, size, kMost - 1, kMost};
-        switch (Below(4)) {
-        case 0:
-            return extremes[Below(static_cast<std::int32_t>(std::size(extremes)))];
-        case 1:
-            return static_cast<std::int32_t>(Any());
-        default:
-            return Below(size + 4) - 2;
-        }
     }
 
 private:

@@ -49,7 +49,9 @@ void ExpectSameAgain(const Clip& clip) {
     sink->Finish();
     CMemoryReader reader(writer.Written());
     CInputStream again(reader);
-    Require(ReadClip(*OpenAvi(again)).frames == clip.frames, "frames are the same when they are read again");
+    const Clip read = ReadClip(*OpenAvi(again));
+    Require(read.frames == clip.frames, "frames are the same when they are read again");
+    Require(read.format.rate == clip.format.rate && read.format.pixels == clip.format.pixels, "and so is the format");
 }
 
 // `open` may throw what it promises; memory is taken as bytes arrive, whatever the headers declare.
@@ -87,9 +89,10 @@ void RunRaw(std::span<const std::uint8_t> bytes) {
 
 Bytes AviSeed(Pixels pixels, std::uint64_t partBytes) {
     CMemoryWriter writer;
-    const auto sink = MakeAviSink(writer, {pixels, 4, 2, {25, 1}, {}}, partBytes);
+    const int width = pixels == Pixels::Rgb24 || pixels == Pixels::Iyu2 ? 5 : 4; // rows with padding where there can be
+    const auto sink = MakeAviSink(writer, {pixels, width, 3, {30000, 1001}, {}}, partBytes);
     for (unsigned frame = 0; frame < 3; ++frame) {
-        sink->Write(RandomBytes(FrameSize(pixels, 4, 2), frame).data());
+        sink->Write(RandomBytes(FrameSize(pixels, width, 3), frame).data());
     }
     sink->Finish();
     return writer.Written();

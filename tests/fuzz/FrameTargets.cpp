@@ -1,31 +1,31 @@
-// The engine: frames of any shape, settings of any number, in blocks that are exactly as large as the frames.
+// The engine: frames of any shape and settings of any number, against the rules written out.
 #include "engine/detector/AutomaticFrame.h"
 #include "engine/detector/InterlaceDetector.h"
 #include "engine/pixels/FrameRegion.h"
 #include "engine/pixels/ProtectedArea.h"
 #include "tests/fuzz/Fuzz.h"
-#include "tests/support/GuardedBlocks.h"
+#include "tests/support/GuardedBlock.h"
 #include "tests/support/OraclePixels.h"
+#include "tests/support/RandomBytes.h"
 
 namespace {
 
 constexpr std::int32_t kDepths[] = {8, 16, 24, 32};
-constexpr std::size_t kMostBytes = 128 * 4 * 40;
 
-// A frame's bytes: on the heap, where a sanitizer sees who reads or writes beside them, or before a closed page, which
-// also stops the stores that no sanitizer looks at.
+// Bytes on the heap, where a sanitizer sees who reads or writes beside them, or before a closed page, which also stops
+// the stores that no sanitizer looks at.
 class Block {
 public:
-    Block(int number, std::size_t bytes, bool guarded)
+    Block(std::size_t bytes, bool guarded)
         : m_heap(guarded ? 0 : bytes)
-        , m_bytes(guarded ? Guarded().AtEnd(number, bytes) : m_heap.data(), bytes) {}
+        , m_bytes(guarded ? Guarded().AtEnd(bytes) : m_heap.data(), bytes) {}
 
     std::span<std::uint8_t> Bytes() const { return m_bytes; }
 
 private:
-    static const GuardedBlocks& Guarded() {
-        static const GuardedBlocks blocks(2, kMostBytes);
-        return blocks;
+    static const GuardedBlock& Guarded() { // for one at a time
+        static const GuardedBlock block(1 << 20);
+        return block;
     }
 
     FuzzBytes m_heap;
@@ -42,55 +42,82 @@ FrameShape ReadShape(FuzzInput& input, std::int32_t mostWidth, std::int32_t most
     return {width, 1 + input.Below(mostHeight), bits, StrideBytes(bits, width), input.Flag()};
 }
 
-// The rest of the input over and over; steps of one row between bright and dark where it has fewer bytes than a row.
-void FillFrom(std::span<const std::uint8_t> pattern, std::span<std::uint8_t> bytes) {
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        bytes[i] = pattern.empty() ? std::uint8_t(i * 37) : pattern[i % pattern.size()];
+// Now and then rows so long that they are blended strip by strip, and blocks that are copied in halves.
+FrameShape ReadFrameShape(FuzzInput& input) {
+    FrameShape shape = ReadShape(input, 128, 40);
+    if (input.Below(16) == 0) {
+        shape.width = 3000 + 48 * shape.width;
+        shape.height = (shape.height + 3) / 4;
+        shape.stride = StrideBytes(shape.bits, shape.width);
+    }
+    return shape;
+}
+
+// The rest of the input over and over, or rows alike but for some that are combed.
+void FillFrame(FuzzInput& input, const FrameShape& shape, std::uint8_t* frame) {
+    const bool alike = input.Flag();
+    const std::int32_t from = input.Below(shape.height), to = input.Below(shape.height + 1);
+    const auto pattern = input.Rest();
+    for (std::int32_t i = 0; i < shape.Bytes(); ++i) {
+        const auto at = static_cast<std::size_t>(alike ? i % shape.stride : i);
+        const std::int32_t y = i / shape.stride;
+        const bool inverted = alike && y >= from && y < to && y % 2;
+        frame[i] = std::uint8_t((pattern.empty() ? at * 37 : pattern[at % pattern.size()]) ^ (inverted ? 0x80 : 0));
     }
 }
 
-// A frame in automatic mode and alone, against the rules written out.
+// One whose threshold lies just below or above the count, or any.
+double ReadSensitivity(FuzzInput& input, const FrameShape& shape, const std::uint8_t* frame) {
+    const double count = ScanFrame(frame, shape.width, shape.height, shape.bits, nullptr, 1).count;
+    const int kind = input.Below(4);
+    return kind == 0 ? input.Any<double>() : (count + kind - 1.5) / std::max((shape.height - 3) * shape.width / 16, 1);
+}
+
+// A frame in automatic mode and alone, against the rules written out. Input and output lie in one block, whichever
+// first and at any place in a cache line: apart, one after the other, overlapping, or one and the same.
 void RunFrame(std::span<const std::uint8_t> bytes) {
     FuzzInput input(bytes);
-    const FrameShape shape = ReadShape(input, 128, 40);
+    const FrameShape shape = ReadFrameShape(input);
     OracleOptions rules{input.Flag(), input.Flag(), input.Flag(), input.Flag()};
     const Region region = ReadRegion(input, shape);
     rules.left = region.left, rules.top = region.top, rules.right = region.right, rules.bottom = region.bottom;
     const Stores stores = input.Flag() ? Stores::Streaming : Stores::Ordinary;
-    const bool automatic = input.Flag();
+    const bool automatic = input.Flag(), outputFirst = input.Flag();
     std::int32_t counter = input.Below(5) - 1, expectedCounter = counter;
-    const auto sensitivity = input.Any<double>();
-    const auto size = static_cast<std::size_t>(shape.Bytes());
-    const Block in(0, size, input.Flag()), out(1, size, input.Flag());
-    FillFrom(input.Rest(), in.Bytes());
-    std::fill(out.Bytes().begin(), out.Bytes().end(), std::uint8_t{0xA5});
+
+    const std::int32_t distances[] = {0, shape.stride, shape.Bytes() - (shape.height > 1),
+                                      shape.Bytes() + input.Below(64)};
+    const std::int32_t distance = distances[std::min(input.Below(16), 3)], begin = input.Below(64);
+    const std::int32_t in = begin + (outputFirst ? distance : 0), out = begin + (outputFirst ? 0 : distance);
+    const Block block(static_cast<std::size_t>(begin + distance + shape.Bytes()), input.Flag());
+    std::uint8_t* const got = block.Bytes().data();
+    std::ranges::fill(block.Bytes(), std::uint8_t{0xA5});
+    FillFrame(input, shape, got + in);
+    const double sensitivity = ReadSensitivity(input, shape, got + in);
+    FuzzBytes expected(block.Bytes().begin(), block.Bytes().end());
 
     const ProcessedArea area = rules.useRegion ? PlaceRegion(shape, region) : WholeFrame(shape);
     const FramePlan plan{area, rules.useRegion, rules.averaging, rules.merge, !rules.even};
-    const FramePair frames{shape, in.Bytes().data(), out.Bytes().data()};
-    const FuzzBytes before(in.Bytes().begin(), in.Bytes().end());
-    FuzzBytes expected(out.Bytes().begin(), out.Bytes().end());
-    const auto threshold = InterlaceThreshold(shape.width, shape.height, sensitivity);
-    bool combined = true;
+    const FramePair frames{shape, got + in, got + out};
+    const auto found = ScanFrame(got + in, shape.width, shape.height, shape.bits, nullptr, sensitivity);
+    const bool combined = !automatic || AdvanceHold(found.interlaced, 3, expectedCounter);
     if (automatic) {
-        const auto found = ScanFrame(before.data(), shape.width, shape.height, shape.bits, nullptr, sensitivity);
-        combined = AdvanceHold(found.interlaced, 3, expectedCounter);
-        const CombSearch search(frames.input, shape, FrameComber(shape.width, shape.bits, nullptr), threshold);
-        Require(WriteAutomaticFrame(
-                    frames, search, [&] { return plan; }, stores, 3, counter) == combined,
-                "verdict");
+        int plansRead = 0;
+        const auto readPlan = [&] { return ++plansRead, plan; };
+        const CombSearch search(frames.input, shape, FrameComber(shape.width, shape.bits, nullptr), found.threshold);
+        Require(WriteAutomaticFrame(frames, search, readPlan, stores, 3, counter) == combined, "verdict");
+        Require(plansRead == (combined ? 1 : 0), "settings are read once, and only where they are needed");
     } else {
         WriteFrame(frames, plan, stores);
     }
     if (combined) {
-        OracleDeinterlace({shape.width, shape.height, shape.bits, shape.topDown}, rules, before.data(),
-                          expected.data());
+        OracleDeinterlace({shape.width, shape.height, shape.bits, shape.topDown}, rules, expected.data() + in,
+                          expected.data() + out);
     } else {
-        expected = before;
+        std::memmove(expected.data() + out, expected.data() + in, static_cast<std::size_t>(shape.Bytes()));
     }
     Require(counter == expectedCounter, "the hold");
-    Require(std::ranges::equal(before, in.Bytes()), "the input is only read");
-    Require(std::ranges::equal(expected, out.Bytes()), "the output follows the rules");
+    Require(std::ranges::equal(expected, block.Bytes()), "the output follows the rules, and nothing else is written");
 }
 
 // Shapes too large to make: refused, or the area lies within them.
@@ -115,31 +142,64 @@ void RunRegion(std::span<const std::uint8_t> bytes) {
     Require(area.offset / shape.stride + std::int64_t{area.m_lCropHeight} <= height, "its rows");
 }
 
+// The literal rule in 64 bits, asked for one byte: is it in one of the rows that are copied?
+struct Walk {
+    std::int64_t start, length, rows, stride;
+
+    bool Covers(std::int64_t byte) const {
+        if (length <= 0 || rows <= 0 || byte < start) {
+            return false;
+        }
+        const std::int64_t row = std::min((byte - start) / stride, rows - 1); // the last that starts before it
+        return byte < start + row * stride + length;
+    }
+};
+
+Walk WalkOf(const FrameShape& shape, bool packed422, std::int64_t protectedTop, const Region& r) {
+    const std::int64_t left = r.left, top = r.top, right = std::min(r.right, shape.width),
+                       bottom = std::min(r.bottom, shape.height), stride = shape.stride;
+    if (r.left > r.right || r.top > r.bottom) {
+        return {};
+    }
+    if (packed422) {
+        return {(top * stride + left) * 2, (right - left) * 2, bottom - (bottom - top) / 2 - top, stride};
+    }
+    const std::int64_t first = shape.topDown ? protectedTop : shape.height - bottom;
+    return {((left * shape.bits) >> 3) + stride * first, (shape.bits * (right - left)) >> 3, bottom - first, stride};
+}
+
 void RunProtected(std::span<const std::uint8_t> bytes) {
     FuzzInput input(bytes);
     const FrameShape shape = ReadShape(input, 40, 12);
-    Region rectangle = ReadRegion(input, shape);
+    const Region before = ReadRegion(input, shape);
     const std::int32_t top = input.Edge(shape.height);
+    const bool packed422 = input.Flag() && shape.bits == 16;
     const auto size = static_cast<std::size_t>(shape.Bytes());
-    const Block output(0, size, input.Flag()), saved(1, size, input.Flag());
-    std::fill(output.Bytes().begin(), output.Bytes().end(), std::uint8_t{0xEE});
+    const bool guarded = input.Flag();
+    const Block output(size, guarded), saved(size, !guarded);
+    std::ranges::fill(output.Bytes(), std::uint8_t{0xEE});
     for (std::size_t i = 0; i < size; ++i) {
         saved.Bytes()[i] = std::uint8_t(i % 0xED);
     }
-    RestoreProtectedArea(output.Bytes().data(), saved.Bytes().data(), shape, input.Flag() && shape.bits == 16, top,
-                         rectangle);
+    Region after = before;
+    RestoreProtectedArea(output.Bytes().data(), saved.Bytes().data(), shape, packed422, top, after);
+    const Walk walk = WalkOf(shape, packed422, top, before);
     for (std::size_t i = 0; i < size; ++i) {
-        Require(output.Bytes()[i] == 0xEE || output.Bytes()[i] == saved.Bytes()[i], "what is put back was there");
+        Require(output.Bytes()[i] == (walk.Covers(std::int64_t(i)) ? saved.Bytes()[i] : 0xEE),
+                "the walk's bytes alone");
     }
+    const bool inverted = before.left > before.right || before.top > before.bottom;
+    Require(after.right == (inverted ? before.right : std::min(before.right, shape.width)) &&
+                after.bottom == (inverted ? before.bottom : std::min(before.bottom, shape.height)) &&
+                after.left == before.left && after.top == before.top,
+            "the rectangle is cut");
 }
 
 std::vector<FuzzBytes> NumberSeeds() {
-    std::vector<FuzzBytes> seeds;
-    for (std::uint8_t first = 0; first < 8; ++first) {
-        FuzzBytes& seed = seeds.emplace_back(60);
-        for (std::size_t i = 0; i < seed.size(); ++i) {
-            seed[i] = std::uint8_t(first + i * (2 * first + 5));
-        }
+    RandomBytes random(TestSeed());
+    std::vector<FuzzBytes> seeds(500, FuzzBytes(150));
+    for (FuzzBytes& seed : seeds) {
+        random.Fill(seed);
     }
     return seeds;
 }

@@ -69,7 +69,9 @@ public:
         constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
         const std::int32_t extremes[] = {kLeast, kLeast + 1, kMost - 1, kMost};
         const int kind = Below(8);
-        return kind == 0 ? Any<std::int32_t>() : kind == 1 ? extremes[Below(4)] : Below(std::clamp(size, 0, 100) + 4) - 2;
+        return kind == 0   ? Any<std::int32_t>()
+               : kind == 1 ? extremes[Below(4)]
+                           : Below(std::clamp(size, 0, 250) + 4) - 2;
     }
 
     // Up to the next 0, or all that is left.

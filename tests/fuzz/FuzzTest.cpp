@@ -12,7 +12,7 @@ void PrintTo(const FuzzTarget& target, std::ostream* out) {
 
 namespace {
 
-constexpr int kMutations = 6000;
+constexpr int kMutations = 10000;
 
 // Bytes changed, cut out, doubled or taken from another seed.
 void Mutate(FuzzBytes& bytes, const std::vector<FuzzBytes>& seeds, RandomBytes& random) {

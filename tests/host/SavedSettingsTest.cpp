@@ -5,20 +5,8 @@
 namespace host {
 namespace {
 
-// The value of the user who runs the tests is put aside and back.
 class ToolSettings : public ToolTest {
 protected:
-    void SetUp() override {
-        m_users = ReadSavedSettings();
-        ForgetSavedSettings();
-    }
-    void TearDown() override {
-        ForgetSavedSettings();
-        if (!m_users.empty()) {
-            WriteSavedSettings(REG_BINARY, m_users);
-        }
-    }
-
     static bool KeyExists() {
         HKEY key = nullptr;
         RegOpenKeyExA(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, &key);
@@ -27,7 +15,7 @@ protected:
 
     const Bytes m_clip = MakeY4m(32, 24, 4, {1});
     const Bytes m_longClip = MakeY4m(64, 48, 8, {}); // not in a pipe as a whole, so its frames are being taken
-    std::vector<BYTE> m_users;
+    const UsersSettings m_users;
 };
 
 const char* const kRuns[] = {

@@ -8,7 +8,6 @@
 #include "host/formats/FrameSource.h"
 #include "tests/host/MemoryStreams.h"
 
-#include <algorithm>
 #include <sstream>
 #include <utility>
 

@@ -26,3 +26,20 @@ inline std::vector<BYTE> ReadSavedSettings() {
 inline void ForgetSavedSettings() {
     RegDeleteTreeA(HKEY_CURRENT_USER, kSettingsKey);
 }
+
+// The settings of the user who runs the tests, put aside while this lives.
+class UsersSettings {
+public:
+    UsersSettings() { ForgetSavedSettings(); }
+    UsersSettings(const UsersSettings&) = delete;
+    UsersSettings& operator=(const UsersSettings&) = delete;
+    ~UsersSettings() {
+        ForgetSavedSettings();
+        if (!m_saved.empty()) {
+            WriteSavedSettings(REG_BINARY, m_saved);
+        }
+    }
+
+private:
+    const std::vector<BYTE> m_saved = ReadSavedSettings();
+};

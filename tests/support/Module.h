@@ -35,11 +35,14 @@ public:
     HRESULT Register() const { return Call("DllRegisterServer"); }
     HRESULT Unregister() const { return Call("DllUnregisterServer"); }
 
-    HRESULT CreateTransform(CComRef<IMFTransform>& transform) const {
+    // An object of one of its classes.
+    template <typename Interface>
+    HRESULT Create(REFCLSID clsid, CComRef<Interface>& object) const {
         CComRef<IClassFactory> factory;
-        const HRESULT hr = GetClassObject(CLSID_NMFVDeinterlace, IID_IClassFactory, factory.PutVoid());
-        return FAILED(hr) ? hr : factory->CreateInstance(nullptr, IID_IMFTransform, transform.PutVoid());
+        const HRESULT hr = GetClassObject(clsid, IID_IClassFactory, factory.PutVoid());
+        return FAILED(hr) ? hr : factory->CreateInstance(nullptr, __uuidof(Interface), object.PutVoid());
     }
+    HRESULT CreateTransform(CComRef<IMFTransform>& transform) const { return Create(CLSID_NMFVDeinterlace, transform); }
 
 private:
     HRESULT Call(const char* name) const {

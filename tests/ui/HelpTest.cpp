@@ -264,11 +264,8 @@ TEST_F(HelpHook, NobodyCallsAModuleThatIsGone) {
         SheetWindow sheet;
         {
             const Module module;
-            CComRef<IClassFactory> factory;
             CComRef<IPropertyPage> page;
-            ASSERT_HR(S_OK,
-                      module.GetClassObject(CLSID_NMFVDeinterlaceAboutPage, IID_IClassFactory, factory.PutVoid()));
-            ASSERT_HR(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page.PutVoid()));
+            ASSERT_HR(S_OK, module.Create(CLSID_NMFVDeinterlaceAboutPage, page));
             IUnknown* any = &object;
             ASSERT_HR(S_OK, page->SetObjects(1, &any));
             constexpr RECT kRect = {0, 0, 99, 99};

@@ -4,33 +4,12 @@
 #include "engine/pixels/FrameRegion.h"
 #include "engine/pixels/ProtectedArea.h"
 #include "tests/fuzz/Fuzz.h"
-#include "tests/support/GuardedBlock.h"
 #include "tests/support/OraclePixels.h"
 #include "tests/support/RandomBytes.h"
 
 namespace {
 
 constexpr std::int32_t kDepths[] = {8, 16, 24, 32};
-
-// Bytes on the heap, where a sanitizer sees who reads or writes beside them, or before a closed page, which also stops
-// the stores that no sanitizer looks at.
-class Block {
-public:
-    Block(std::size_t bytes, bool guarded)
-        : m_heap(guarded ? 0 : bytes)
-        , m_bytes(guarded ? Guarded().AtEnd(bytes) : m_heap.data(), bytes) {}
-
-    std::span<std::uint8_t> Bytes() const { return m_bytes; }
-
-private:
-    static const GuardedBlock& Guarded() { // for one at a time
-        static const GuardedBlock block(1 << 20);
-        return block;
-    }
-
-    FuzzBytes m_heap;
-    std::span<std::uint8_t> m_bytes;
-};
 
 Region ReadRegion(FuzzInput& input, const FrameShape& shape) {
     const std::int32_t left = input.Edge(shape.width), top = input.Edge(shape.height);
@@ -89,12 +68,12 @@ void RunFrame(std::span<const std::uint8_t> bytes) {
                                       shape.Bytes() + input.Below(64)};
     const std::int32_t distance = distances[std::min(input.Below(16), 3)], begin = input.Below(64);
     const std::int32_t in = begin + (outputFirst ? distance : 0), out = begin + (outputFirst ? 0 : distance);
-    const Block block(static_cast<std::size_t>(begin + distance + shape.Bytes()), input.Flag());
-    std::uint8_t* const got = block.Bytes().data();
-    std::ranges::fill(block.Bytes(), std::uint8_t{0xA5});
+    const std::int32_t behind = input.Flag() ? 64 : 0; // or nothing, where a sanitizer sees what is read there
+    FuzzBytes block(static_cast<std::size_t>(begin + distance + shape.Bytes() + behind), 0xA5);
+    std::uint8_t* const got = block.data();
     FillFrame(input, shape, got + in);
     const double sensitivity = ReadSensitivity(input, shape, got + in);
-    FuzzBytes expected(block.Bytes().begin(), block.Bytes().end());
+    FuzzBytes expected = block;
 
     const ProcessedArea area = rules.useRegion ? PlaceRegion(shape, region) : WholeFrame(shape);
     const FramePlan plan{area, rules.useRegion, rules.averaging, rules.merge, !rules.even};
@@ -117,7 +96,7 @@ void RunFrame(std::span<const std::uint8_t> bytes) {
         std::memmove(expected.data() + out, expected.data() + in, static_cast<std::size_t>(shape.Bytes()));
     }
     Require(counter == expectedCounter, "the hold");
-    Require(std::ranges::equal(expected, block.Bytes()), "the output follows the rules, and nothing else is written");
+    Require(expected == block, "the output follows the rules, and nothing else is written");
 }
 
 // Shapes too large to make: refused, or the area lies within them.
@@ -175,18 +154,15 @@ void RunProtected(std::span<const std::uint8_t> bytes) {
     const std::int32_t top = input.Edge(shape.height);
     const bool packed422 = input.Flag() && shape.bits == 16;
     const auto size = static_cast<std::size_t>(shape.Bytes());
-    const bool guarded = input.Flag();
-    const Block output(size, guarded), saved(size, !guarded);
-    std::ranges::fill(output.Bytes(), std::uint8_t{0xEE});
+    FuzzBytes output(size, 0xEE), saved(size);
     for (std::size_t i = 0; i < size; ++i) {
-        saved.Bytes()[i] = std::uint8_t(i % 0xED);
+        saved[i] = std::uint8_t(i % 0xED);
     }
     Region after = before;
-    RestoreProtectedArea(output.Bytes().data(), saved.Bytes().data(), shape, packed422, top, after);
+    RestoreProtectedArea(output.data(), saved.data(), shape, packed422, top, after);
     const Walk walk = WalkOf(shape, packed422, top, before);
     for (std::size_t i = 0; i < size; ++i) {
-        Require(output.Bytes()[i] == (walk.Covers(std::int64_t(i)) ? saved.Bytes()[i] : 0xEE),
-                "the walk's bytes alone");
+        Require(output[i] == (walk.Covers(std::int64_t(i)) ? saved[i] : 0xEE), "the walk's bytes alone");
     }
     const bool inverted = before.left > before.right || before.top > before.bottom;
     Require(after.right == (inverted ? before.right : std::min(before.right, shape.width)) &&

@@ -138,31 +138,13 @@ Clip Analyse(const Scene& scene, Moment moment, Pixels pixels, Scan header = Sca
     return clip;
 }
 
-struct Truth {
-    const char* name;
-    Scene scene;
-    Moment moment;
-    Verdict verdict;
-};
-
-void ExpectTruths(std::span<const Truth> truths) {
-    int row = 0;
-    for (const Truth& truth : truths) {
-        const auto pixels = static_cast<Pixels>(row++ % 4);
-        const FieldOrder order = Analyse(truth.scene, truth.moment, pixels).analysis.order;
-        std::string strip;
-        for (const Fields fields : order.frames) {
-            strip += ".PTBF"[static_cast<std::size_t>(fields)];
-        }
-        EXPECT_EQ(NameOf(order.verdict), NameOf(truth.verdict))
-            << truth.name << ", " << TraitsOf(pixels).name << ", " << strip;
-        EXPECT_EQ(order.confidence >= 0.6, truth.verdict != Verdict::Undecided)
-            << truth.name << ": " << order.confidence;
-    }
-}
-
 TEST(Analysis, TellsWhatTheFieldsAre) {
-    const Truth truths[] = {
+    const struct {
+        const char* name;
+        Scene scene;
+        Moment moment;
+        Verdict verdict;
+    } truths[] = {
         {"pan", {.across = 1.5}, Whole, Verdict::Progressive},
         {"tilt", {.down = 0.75}, Whole, Verdict::Progressive},
         {"stripes before a pan", {.across = 1, .stripes = 30}, Whole, Verdict::Progressive},
@@ -177,14 +159,10 @@ TEST(Analysis, TellsWhatTheFieldsAre) {
         {"progressive, then top first", {.across = 1}, WholeThenTop, Verdict::Mixed},
         {"nothing moves", {}, TopFirst, Verdict::Undecided},
         {"nothing but noise", {.noise = 6}, TopFirst, Verdict::Undecided},
-    };
-    ExpectTruths(truths);
-}
 
-// Held back: clips that were first tried when the analysis was finished, and say how it does with new ones. All but one
-// came out right at once; "stripes before a tilt" was called mixed until single frames no longer counted for that.
-TEST(Analysis, TellsWhatTheFieldsOfOtherClipsAre) {
-    const Truth truths[] = {
+        // Held back: clips that were first tried when the analysis was finished, and say how it does with new ones. All
+        // but one came out right at once; "stripes before a tilt" was called mixed until single frames no longer
+        // counted for that.
         {"slow diagonal pan", {.across = 0.25, .down = 0.15}, Whole, Verdict::Progressive},
         {"stripes before a tilt", {.across = 0.2, .down = 0.5, .stripes = 25}, Whole, Verdict::Progressive},
         {"cuts", {.across = 1.2, .cutEvery = 9}, Whole, Verdict::Progressive},
@@ -196,7 +174,19 @@ TEST(Analysis, TellsWhatTheFieldsOfOtherClipsAre) {
         {"film in noise, bottom first", {.across = 1, .noise = 6}, FilmBottom, Verdict::Telecined},
         {"bottom first, then film", {.across = 1}, BottomThenFilm, Verdict::Mixed},
     };
-    ExpectTruths(truths);
+    int row = 0;
+    for (const auto& truth : truths) {
+        const auto pixels = static_cast<Pixels>(row++ % 4);
+        const FieldOrder order = Analyse(truth.scene, truth.moment, pixels).analysis.order;
+        std::string strip;
+        for (const Fields fields : order.frames) {
+            strip += ".PTBF"[static_cast<std::size_t>(fields)];
+        }
+        EXPECT_EQ(NameOf(order.verdict), NameOf(truth.verdict))
+            << truth.name << ", " << TraitsOf(pixels).name << ", " << strip;
+        EXPECT_EQ(order.confidence >= 0.6, truth.verdict != Verdict::Undecided)
+            << truth.name << ": " << order.confidence;
+    }
 }
 
 TEST(Analysis, AdvisesALineToType) {

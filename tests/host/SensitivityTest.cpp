@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
@@ -70,15 +71,10 @@ TEST(Sensitivity, TheDetectorAgrees) {
         }
         ++found;
         const std::uint32_t threshold = InterlaceThreshold(width, height, separation->sensitivity);
-        std::uint64_t above = 0;
-        for (const FrameScore& score : scores) {
-            above += score.count > threshold ? 1 : 0;
-        }
-        ASSERT_EQ(above, separation->above) << "seed " << seed << " round " << round;
-        ASSERT_GT(above, 0u);
-        ASSERT_GT(separation->below, 0u);
-        ASSERT_GE(separation->sensitivity, 0.001);
-        ASSERT_LE(separation->sensitivity, 8.0);
+        const auto above = std::ranges::count_if(scores, [&](const auto& score) { return score.count > threshold; });
+        ASSERT_EQ(static_cast<std::uint64_t>(above), separation->above) << "seed " << seed << " round " << round;
+        ASSERT_TRUE(above > 0 && separation->below > 0);
+        ASSERT_TRUE(separation->sensitivity >= 0.001 && separation->sensitivity <= 8.0);
     }
     EXPECT_GT(found, 100);
 }

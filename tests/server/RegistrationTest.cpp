@@ -6,6 +6,7 @@
 #include "tests/support/DebuggerTexts.h"
 #include "tests/support/Module.h"
 #include "tests/support/ModuleCopies.h"
+#include "tests/support/OtherWindows.h"
 #include "tests/support/PrivateRegistry.h"
 #include "tests/support/RegistryListing.h"
 
@@ -34,7 +35,7 @@ class ErrorBox {
 public:
     ~ErrorBox() { Text(); }
 
-    // What the box said; empty when none came within ten seconds.
+    // What the box said; empty when none came in time.
     std::string Text() {
         if (m_watcher.joinable()) {
             m_watcher.join();
@@ -44,20 +45,14 @@ public:
 
 private:
     void Watch() {
-        for (int i = 0; i < 200; ++i, Sleep(50)) {
-            const HWND box = FindWindowA("#32770", "Error");
-            if (!box || !IsWindowVisible(box)) {
-                continue;
-            }
-            // One static control holds the icon, the other the text.
-            for (HWND label = nullptr; (label = FindWindowExA(box, label, "Static", nullptr)) != nullptr;) {
-                char text[2048] = "";
-                SendMessageA(label, WM_GETTEXT, sizeof(text), reinterpret_cast<LPARAM>(text));
-                m_text += text;
-            }
-            PostMessageA(box, WM_COMMAND, IDOK, 0);
-            return;
+        const HWND box = AwaitWindow(L"#32770", L"Error");
+        // One static control holds the icon, the other the text.
+        for (HWND label = nullptr; box && (label = FindWindowExA(box, label, "Static", nullptr)) != nullptr;) {
+            char text[2048] = "";
+            SendMessageA(label, WM_GETTEXT, sizeof(text), reinterpret_cast<LPARAM>(text));
+            m_text += text;
         }
+        PostMessageA(box, WM_COMMAND, IDOK, 0);
     }
 
     std::string m_text;

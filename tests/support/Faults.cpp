@@ -15,20 +15,19 @@ namespace {
 struct Site {
     std::string name;
     bool always = false; // fails each time, uncounted
-    mutable int calls = 0;
 };
 
 std::deque<Site> g_sites; // they stay where they are
 const Site* g_failed = nullptr;
 DWORD g_thread = 0;
-int g_calls = 0, g_failing = 0, g_most = 0, g_held = 0;
+int g_calls = 0, g_failing = 0, g_held = 0;
 
 // Whether a call fails. Leaves the last error alone otherwise.
 int Decide(const Site* site) {
     if (site->always) {
         return 1;
     }
-    if (g_thread != GetCurrentThreadId() || ++site->calls > g_most || ++g_calls != g_failing) {
+    if (g_thread != GetCurrentThreadId() || ++g_calls != g_failing) {
         return 0;
     }
     g_failed = site;
@@ -208,14 +207,9 @@ void Faults::Watch(IUnknown* object, int methods) {
     table = tables.back().data();
 }
 
-void Faults::Arm(int nth, int most) {
-    g_memory.calls = g_key.calls = 0;
-    for (const Site& site : g_sites) {
-        site.calls = 0;
-    }
+void Faults::Arm(int nth) {
     g_calls = 0;
     g_failing = nth;
-    g_most = most;
     g_failed = nullptr;
     g_thread = GetCurrentThreadId();
 }

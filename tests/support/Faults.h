@@ -22,9 +22,8 @@ public:
     // Counts an object's methods too, as long as it lives: `methods` are in its table, those of IUnknown included.
     static void Watch(IUnknown* object, int methods);
 
-    // Lets this thread's nth call from now on fail. Of each function, and of each method of each object, only so many
-    // calls count.
-    static void Arm(int nth, int most);
+    // Lets this thread's nth call from now on fail.
+    static void Arm(int nth);
     // No call fails any more. False when none has failed.
     static bool Disarm();
     // The call that failed.

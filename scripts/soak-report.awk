@@ -1,31 +1,39 @@
 # The figures of a soak as a table, and as a plot of each over time in the file `svg`. A line of figures: seconds,
 # frames, pages opened, kB of memory, kB on the heaps, handles, drawing objects, live objects, registry entries.
 BEGIN {
-    split("memory, kB|heaps, kB|handles|drawing objects|live objects|registry keys and values", names, "|")
+    count = split("memory, kB|heaps, kB|handles|drawing objects|live objects|registry entries", names, "|")
 }
 {
     time[NR] = $1
     frames = $2
     pages = $3
-    for (i = 1; i <= 6; ++i) {
+    for (i = 1; i <= count; ++i) {
         value[i, NR] = $(i + 3)
         if (NR == 1 || $(i + 3) > most[i]) most[i] = $(i + 3)
     }
 }
+
+# A strip of 60 pixels: the name, the line of 0, the curve up to the largest value, and that value.
+function plot(i, n, base, x, y) {
+    base = 60 * i - 8
+    printf "<text x=\"8\" y=\"%d\">%s</text><text x=\"712\" y=\"%d\" text-anchor=\"end\">%d</text>\n", base - 14, names[i], base - 14, most[i] > svg
+    printf "<path stroke=\"#bbb\" d=\"M140 %dH660\"/><path fill=\"none\" stroke=\"#069\" stroke-width=\"1.5\" d=\"", base > svg
+    for (n = 1; n <= NR; n += int(NR / 260) + 1) {
+        x = 140 + 520 * time[n] / time[NR]
+        y = base - (most[i] ? 40 * value[i, n] / most[i] : 0)
+        printf("%s%.0f %.1f", n == 1 ? "M" : "L", x, y) > svg
+    }
+    print "\"/>" > svg
+}
+
 END {
     if (!NR) exit 1
     printf "%d s, %d frames, %d pages opened\n\n", time[NR], frames, pages
     print "| after a round | first | after a third | last | most |\n|---|---|---|---|---|"
     third = int(NR / 3) + 1
-    print "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"640\" height=\"480\" font-family=\"sans-serif\" font-size=\"12\">" > svg
-    for (i = 1; i <= 6; ++i) {
-        printf "| %s | %d | %d | %d | %d |\n", names[i], value[i, 1], value[i, third], value[i, NR], most[i]
-        top = 80 * (i - 1)
-        printf "<text x=\"4\" y=\"%d\">%s: 0 to %d</text><path fill=\"none\" stroke=\"#069\" d=\"M", top + 14, names[i], most[i] > svg
-        step = int(NR / 300) + 1
-        for (n = 1; n <= NR; n += step)
-            printf("%s%.1f %.1f", (n == 1 ? "" : " L"), 4 + 632 * time[n] / time[NR], top + 76 - (most[i] ? 56 * value[i, n] / most[i] : 0)) > svg
-        print "\"/>" > svg
-    }
-    print "</svg>" > svg
+    for (i = 1; i <= count; ++i) printf "| %s | %d | %d | %d | %d |\n", names[i], value[i, 1], value[i, third], value[i, NR], most[i]
+    print "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"720\" height=\"390\" font-family=\"sans-serif\" font-size=\"12\">" > svg
+    print "<rect width=\"720\" height=\"390\" fill=\"#fff\"/>" > svg
+    for (i = 1; i <= count; ++i) plot(i)
+    printf "<text x=\"140\" y=\"378\">0 s</text><text x=\"660\" y=\"378\" text-anchor=\"end\">%d s</text></svg>\n", time[NR] > svg
 }

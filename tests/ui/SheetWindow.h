@@ -15,6 +15,18 @@ inline std::string TextOf(HWND window) {
     return text;
 }
 
+// Windows counts for us; Wine says 0, but finds an object by the lower half of its handle.
+inline DWORD DrawingObjects() {
+    if (const DWORD known = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) {
+        return known;
+    }
+    DWORD count = 0;
+    for (ULONG_PTR index = 1; index <= 0xFFFF; ++index) {
+        count += GetObjectType(reinterpret_cast<HGDIOBJ>(index)) != 0;
+    }
+    return count;
+}
+
 class SheetWindow {
 public:
     SheetWindow()

@@ -15,8 +15,7 @@ build_preset mingw test_soak
 mkdir -p "$folder" "$nmfv_logs"
 say "soaking for $minutes min"
 status=0
-NMFV_SOAK_SECONDS=$((60 * minutes)) NMFV_SOAK_FIGURES=Z:$folder/figures.txt NMFV_DISPLAY=1 \
-    "$nmfv_scripts/wine" "$nmfv_build/mingw/test_soak.exe" --gtest_brief=1 >"$nmfv_logs/soak.log" 2>&1 || status=$?
-awk -v svg="$folder/soak.svg" -f "$nmfv_scripts/soak-report.awk" "$folder/figures.txt" | tee "$folder/table.md"
+NMFV_SOAK_SECONDS=$((60 * minutes)) NMFV_DISPLAY=1 "$nmfv_scripts/wine" "$nmfv_build/mingw/test_soak.exe" --gtest_brief=1 >"$nmfv_logs/soak.log" 2>&1 || status=$?
+tr -d '\r' <"$nmfv_logs/soak.log" | sed -n 's/^figures: //p' | awk -v svg="$folder/soak.svg" -f "$nmfv_scripts/soak-report.awk" | tee "$folder/table.md"
 ((status == 0)) || say "something grew, or failed: build/logs/soak.log"
 exit "$status"

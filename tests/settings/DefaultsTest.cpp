@@ -1,6 +1,4 @@
 // The default sets and how they are written.
-#include "settings/SettingsDefaults.h"
-#include "tests/support/CallHook.h"
 #include "tests/support/Transform.h"
 
 namespace {
@@ -42,20 +40,6 @@ TEST_F(Defaults, ResetLeavesWhatIsNotInTheStore) {
     EXPECT_EQ(1, Get(&INMFVDeinterlace::get_SegmentsCount));
     EXPECT_EQ(12.5, Get(&INMFVDeinterlace::get_FrameRate));
     EXPECT_EQ(VARIANT_TRUE, Get(&INMFVDeinterlace::get_ROISettingsImportState));
-}
-
-// Every write that fails ends the reset with its own result, and nothing is written after it.
-TEST_F(Defaults, ResetStopsAtTheFirstFailure) {
-    for (int failing = 1; failing <= 25; ++failing) {
-        HookedStore faulty(Store());
-        int writes = 0;
-        faulty.hook.check = [&](const std::string& method, const GUID*) {
-            return (method.starts_with("Set") || method == "DeleteAllItems") && ++writes == failing ? E_OUTOFMEMORY
-                                                                                                    : S_OK;
-        };
-        EXPECT_HR(E_OUTOFMEMORY, ResetSettings(&faulty, NMVDeinterlace_APILEVEL_2)) << "write " << failing;
-        EXPECT_EQ(failing, writes);
-    }
 }
 
 } // namespace

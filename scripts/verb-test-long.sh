@@ -1,7 +1,7 @@
 #!/bin/bash
-# set-up, then what takes longer than test: the build by clang with its tests, clang-tidy, and pipelines with ffmpeg
+# set-up, then what takes longer than test: a second compiler, its checks, a race detector, pipelines with ffmpeg
 # arguments: [PART...]
-# Every part in order, or only those named: clang, tidy, pipelines. A part is skipped when what it stands on has failed.
+# Every part in order, or only those named: clang, tidy, threads, pipelines. A part is skipped when what it stands on has failed.
 set -euo pipefail
 # shellcheck source=scripts/setup.sh
 . "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
@@ -15,7 +15,7 @@ set -euo pipefail
 . "$nmfv_scripts/pipelines.sh"
 
 # A part is a name here and the function long_NAME, whose result is 0, or 2: skipped, or another: failed.
-long_parts=(clang tidy pipelines)
+long_parts=(clang tidy threads pipelines)
 long_packages=(clang-19 lld-19 clang-tidy-19 ffmpeg)
 product_rooms=(com diag engine settings ui mft server host)
 
@@ -38,6 +38,12 @@ long_tidy() {
     build_clang || return 2
     step_lines=60
     step "clang-tidy over the product" tidy_product
+}
+
+# Everything of the platform-free rooms that the fuzzers reach, in two threads at once.
+long_threads() {
+    build_preset threads test_fuzz || return 2
+    step "fuzzers under ThreadSanitizer" "$nmfv_build/threads/test_fuzz" --gtest_brief=1
 }
 
 # The clip is brought in a shell of its own, whose end it watches.

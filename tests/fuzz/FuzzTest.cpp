@@ -1,6 +1,7 @@
 // Without a fuzzer: every target's seeds, and some thousand mutations of them. NMFV_TEST_SEED gives others.
 #include "tests/fuzz/Fuzz.h"
 #include "tests/support/RandomBytes.h"
+#include "tests/support/Threads.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +13,7 @@ void PrintTo(const FuzzTarget& target, std::ostream* out) {
 
 namespace {
 
-constexpr int kMutations = 10000;
+constexpr int kMutations = 10000, kThreads = 2; // which share only what the code keeps for all
 
 // Bytes changed, cut out, doubled or taken from another seed.
 void Mutate(FuzzBytes& bytes, const std::vector<FuzzBytes>& seeds, RandomBytes& random) {
@@ -42,16 +43,18 @@ void Mutate(FuzzBytes& bytes, const std::vector<FuzzBytes>& seeds, RandomBytes& 
 class Fuzz : public testing::TestWithParam<FuzzTarget> {};
 
 TEST_P(Fuzz, SeedsAndMutations) {
-    RandomBytes random(TestSeed());
     const std::vector<FuzzBytes> seeds = GetParam().seeds();
     for (const FuzzBytes& seed : seeds) {
         GetParam().run(seed);
     }
-    for (int turn = 0; turn < kMutations; ++turn) {
-        FuzzBytes input = seeds[std::size_t(turn) % seeds.size()];
-        Mutate(input, seeds, random);
-        GetParam().run(FuzzBytes(input)); // of no more capacity than it has bytes
-    }
+    InThreads(kThreads, [&](int thread) {
+        RandomBytes random(TestSeed() + static_cast<std::uint32_t>(thread));
+        for (int turn = 0; turn < kMutations / kThreads; ++turn) {
+            FuzzBytes input = seeds[std::size_t(turn) % seeds.size()];
+            Mutate(input, seeds, random);
+            GetParam().run(FuzzBytes(input)); // of no more capacity than it has bytes
+        }
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Targets, Fuzz, testing::ValuesIn(FuzzTargets()),

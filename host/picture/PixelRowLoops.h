@@ -4,11 +4,7 @@
 
 #include "host/picture/PixelRows.h"
 
-#if defined(_MSC_VER)
 #define HOST_ALONE __restrict // nothing else points to these bytes
-#else
-#define HOST_ALONE __restrict__
-#endif
 
 namespace host {
 namespace {

@@ -168,8 +168,7 @@ void Patch(void** place, void* function) {
 
 } // namespace
 
-Faults::Faults(HMODULE module)
-    : m_module(module) {
+Faults::Faults(HMODULE module) {
     auto* const image = reinterpret_cast<std::uint8_t*>(module);
     const auto at = [&](auto* type, DWORD offset) { return reinterpret_cast<decltype(type)>(image + offset); };
     const auto* const headers = at(static_cast<IMAGE_NT_HEADERS64*>(nullptr),

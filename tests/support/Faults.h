@@ -31,7 +31,4 @@ public:
 
     // Blocks that the module has allocated and not given back, by its C run-time, and open registry keys.
     static int Held();
-
-private:
-    HMODULE m_module;
 };

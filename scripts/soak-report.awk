@@ -1,7 +1,7 @@
 # The figures of a soak as a table, and as a plot of each over time in the file `svg`. A line of figures: seconds,
-# frames, pages opened, kB of memory, kB on the heaps, handles, drawing objects, live objects, registry entries.
+# frames, pages opened, kB of memory, kB on the heaps, handles, drawing objects, 1 while the module is in use, registry entries.
 BEGIN {
-    count = split("memory, kB|heaps, kB|handles|drawing objects|live objects|registry entries", names, "|")
+    count = split("memory, kB|heaps, kB|handles|drawing objects|module in use|registry entries", names, "|")
 }
 {
     time[NR] = $1
@@ -14,11 +14,12 @@ BEGIN {
 }
 
 # A strip of 60 pixels: the name, the line of 0, the curve up to the largest value, and that value.
-function plot(i, n, base, x, y) {
+function plot(i, n, base, x, y, step) {
+    step = int(NR / 260) + 1
     base = 60 * i - 8
     printf "<text x=\"8\" y=\"%d\">%s</text><text x=\"712\" y=\"%d\" text-anchor=\"end\">%d</text>\n", base - 14, names[i], base - 14, most[i] > svg
     printf "<path stroke=\"#bbb\" d=\"M140 %dH660\"/><path fill=\"none\" stroke=\"#069\" stroke-width=\"1.5\" d=\"", base > svg
-    for (n = 1; n <= NR; n += int(NR / 260) + 1) {
+    for (n = 1; n <= NR; n += n < NR && n + step > NR ? NR - n : step) {
         x = 140 + 520 * time[n] / time[NR]
         y = base - (most[i] ? 40 * value[i, n] / most[i] : 0)
         printf("%s%.0f %.1f", n == 1 ? "M" : "L", x, y) > svg

@@ -8,6 +8,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 # shellcheck source=scripts/build.sh
 . "$nmfv_scripts/build.sh"
+(($# <= 1)) || die "fuzz takes a number of minutes, and nothing else"
 minutes=${1:-1}
 [[ $minutes =~ ^[1-9][0-9]{0,3}$ ]] || die "fuzz takes a number of minutes, not '$minutes'"
 fuzz=$nmfv_build/fuzz/fuzz
@@ -17,7 +18,7 @@ found=$nmfv_build/fuzz/found
 fuzz_target() {
     mkdir -p "$corpus/$1" "$found"
     "$fuzz" "--target=$1" "--seeds=$corpus/$1"
-    "$fuzz" "--target=$1" -max_total_time=$((60 * minutes)) -timeout=30 -print_final_stats=1 \
+    exec "$fuzz" "--target=$1" -max_total_time=$((60 * minutes)) -timeout=30 -print_final_stats=1 \
         "-artifact_prefix=$found/$1-" "$corpus/$1" >"$nmfv_logs/fuzz-$1.log" 2>&1
 }
 
@@ -34,13 +35,13 @@ show_table() {
     done
 }
 
-set_up
-install_packages "${nmfv_fuzz_packages[@]}"
+set_up_packages "${nmfv_fuzz_packages[@]}"
 need_space "$nmfv_build" 500 "the fuzzers"
 build_preset fuzz fuzz
 mkdir -p "$nmfv_logs"
 rm -rf "$found"
 mapfile -t targets < <("$fuzz" --list)
+((${#targets[@]} != 0)) || die "the fuzzers name no target"
 say "fuzzing ${#targets[@]} targets for $minutes min"
 declare -A pids
 for target in "${targets[@]}"; do

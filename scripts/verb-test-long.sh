@@ -21,7 +21,7 @@ product_rooms=(com diag engine settings ui mft server host)
 
 # clang-tidy takes each file's flags and the precompiled headers from this build as well.
 build_clang() {
-    [[ ${clang_built:-} ]] || clang_built=$(build_preset mingw-clang >&2 && echo yes || echo no)
+    [[ ${clang_built:-} ]] || clang_built=$( (build_preset mingw-clang) >&2 && echo yes || echo no)
     [[ $clang_built == yes ]]
 }
 
@@ -42,7 +42,7 @@ long_tidy() {
 
 # Everything of the platform-free rooms that the fuzzers reach, in two threads at once.
 long_threads() {
-    build_preset threads test_fuzz || return 2
+    (build_preset threads test_fuzz) || return 2
     step "fuzzers under ThreadSanitizer" "$nmfv_build/threads/test_fuzz" --gtest_brief=1
 }
 
@@ -77,7 +77,7 @@ set_up_packages "${long_packages[@]}"
 set_up_wine
 keep_server
 tally=$(mktemp)
-trap 'rm -f "$tally"' EXIT
+trap 'rm -rf "$tally" "$pipes"' EXIT
 results=()
 worst=0
 for part in "$@"; do

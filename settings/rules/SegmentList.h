@@ -42,7 +42,7 @@ public:
     std::int32_t Count() const { return m_count; }
 
     // How many records were ever added at the end.
-    // Kept: nothing in the module asks. Test: FollowAVector.
+    // Kept: nothing in the module asks. Test: Fuzz/segments.
     std::uint32_t Appends() const { return m_appends; }
 
 private:

@@ -7,6 +7,8 @@
 #include "tests/fuzz/Fuzz.h"
 #include "tests/host/MemoryStreams.h"
 
+#include <memory>
+
 namespace host {
 namespace {
 

@@ -113,9 +113,9 @@ void RunTexts(std::span<const std::uint8_t> bytes) {
     auto rate = input.Any<double>();
     const std::string first = input.Text(), second = input.Text();
 
-    char line[kSegmentTextSize];
+    char line[kSegmentTextSize] = {};
     FormatSegment(segment, input.Flag(), line);
-    Require(std::memchr(line, ')', sizeof(line)), "a segment's line is whole");
+    Require(std::strchr(line, ')'), "a segment's line is whole");
     Require(IsStartTime(ClampStartTime(segment.startTime)), "a start time");
     Require(IsStartTime(TimeOfStartFrame(segment.startFrame, rate)), "a start time of a frame");
     const std::int64_t frame = FrameOfStartTime(segment.startTime, rate);

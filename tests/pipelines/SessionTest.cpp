@@ -10,9 +10,12 @@
 #include "tests/support/OraclePixels.h"
 #include "tests/support/PrivateRegistry.h"
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -170,7 +173,7 @@ protected:
     // From frame number `from`, or from where it is.
     void Start(int from = -1) {
         PROPVARIANT position{};
-        position.vt = from < 0 ? VT_EMPTY : VT_I8;
+        position.vt = static_cast<VARTYPE>(from < 0 ? VT_EMPTY : VT_I8);
         position.hVal.QuadPart = from * kFrameTime;
         ASSERT_HR(S_OK, m_session->Start(&GUID_NULL, &position));
         WaitFor(MESessionStarted);

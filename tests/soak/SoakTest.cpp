@@ -21,7 +21,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <process.h>
+#include <functional>
 #include <set>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include <mfapi.h>
 #include <mferror.h>
@@ -74,13 +78,10 @@ protected:
         ASSERT_HR(S_OK, m_shared->GetAttributes(m_store.Put()));
         m_control->ResetToDefaultsEx(NMVDeinterlace_APILEVEL_1);
         m_control->put_AutoDeinterlace(VARIANT_FALSE);
-        const std::pair<const GUID*, UINT32> edges[] = {{&NMFV_DEINTERLACE_ROI_LEFT, 4},
-                                                        {&NMFV_DEINTERLACE_ROI_TOP, 5},
-                                                        {&NMFV_DEINTERLACE_ROI_RIGHT, 33},
-                                                        {&NMFV_DEINTERLACE_ROI_BOTTOM, 40}};
-        for (const auto& [key, edge] : edges) {
-            m_store->SetUINT32(*key, edge);
-        }
+        m_control->put_ROIRight(33);
+        m_control->put_ROIBottom(40);
+        m_control->put_ROILeft(4);
+        m_control->put_ROITop(5);
     }
 
     // Frames whose picture must be one of the allowed ones, and now and then one that cannot be taken.

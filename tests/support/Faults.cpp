@@ -42,7 +42,9 @@ void* MakeThunk(const Site* site, void* target, std::uint64_t result) {
         static_cast<std::uint8_t*>(VirtualAlloc(nullptr, 1 << 20, MEM_RESERVE | MEM_COMMIT, PAGE_EXECUTE_READWRITE));
     static std::size_t used = 0;
     std::vector<std::uint8_t> code;
-    const auto add = [&](std::initializer_list<int> bytes) { code.insert(code.end(), bytes.begin(), bytes.end()); };
+    const auto add = [&](std::initializer_list<std::uint8_t> bytes) {
+        code.insert(code.end(), bytes.begin(), bytes.end());
+    };
     const auto addNumber = [&](std::uint64_t number) {
         for (int i = 0; i < 8; ++i) {
             code.push_back(static_cast<std::uint8_t>(number >> 8 * i));
@@ -166,22 +168,25 @@ void Patch(void** place, void* function) {
     VirtualProtect(place, sizeof(void*), old, &old);
 }
 
+template <typename T>
+T* At(HMODULE module, DWORD offset) {
+    return reinterpret_cast<T*>(reinterpret_cast<std::uint8_t*>(module) + offset);
+}
+
 } // namespace
 
 Faults::Faults(HMODULE module) {
-    auto* const image = reinterpret_cast<std::uint8_t*>(module);
-    const auto at = [&](auto* type, DWORD offset) { return reinterpret_cast<decltype(type)>(image + offset); };
-    const auto* const headers = at(static_cast<IMAGE_NT_HEADERS64*>(nullptr),
-                                   static_cast<DWORD>(reinterpret_cast<IMAGE_DOS_HEADER*>(image)->e_lfanew));
+    const DWORD start = static_cast<DWORD>(At<IMAGE_DOS_HEADER>(module, 0)->e_lfanew);
+    const auto* const headers = At<IMAGE_NT_HEADERS64>(module, start);
     const DWORD imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-    for (auto* library = at(static_cast<IMAGE_IMPORT_DESCRIPTOR*>(nullptr), imports); library->Name; ++library) {
-        const char* const libraryName = at(static_cast<const char*>(nullptr), library->Name);
-        const auto* names = at(static_cast<const std::uint64_t*>(nullptr), library->OriginalFirstThunk);
-        for (void** place = at(static_cast<void**>(nullptr), library->FirstThunk); *names; ++names, ++place) {
+    for (auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(module, imports); library->Name; ++library) {
+        const char* const libraryName = At<const char>(module, library->Name);
+        const auto* names = At<const std::uint64_t>(module, library->OriginalFirstThunk);
+        for (void** place = At<void*>(module, library->FirstThunk); *names; ++names, ++place) {
             if (*names & IMAGE_ORDINAL_FLAG64) {
                 continue;
             }
-            const char* const name = at(static_cast<const char*>(nullptr), static_cast<DWORD>(*names) + 2);
+            const char* const name = At<const char>(module, static_cast<DWORD>(*names) + 2);
             g_patched.push_back({place, *place});
             Patch(place, ReplacementFor(libraryName, name, *place));
         }

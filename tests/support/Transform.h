@@ -54,14 +54,6 @@ struct TransformUnderTest {
     CComRef<IMFAttributes> store;
 };
 
-// One frame in, one frame out; the first failure, or S_OK.
-inline HRESULT PassFrame(IMFTransform* transform, IMFSample* in, IMFSample* out) {
-    MFT_OUTPUT_DATA_BUFFER buffer{0, out, 0, nullptr};
-    DWORD status = 0;
-    const HRESULT hr = transform->ProcessInput(0, in, 0);
-    return FAILED(hr) ? hr : transform->ProcessOutput(0, 1, &buffer, &status);
-}
-
 // The common fixture: no saved settings, one transform with its defaults.
 class TransformTest : public testing::Test {
 protected:

@@ -11,6 +11,8 @@
 
 #include "NMFVDeinterlaceKeys.h"
 
+#include <algorithm>
+#include <functional>
 #include <optional>
 
 #include <mferror.h>
@@ -50,7 +52,7 @@ protected:
         m_in->SetSampleTime(1);
         m_in->SetSampleDuration(2);
         Faults::Watch(m_type.Get(), kTypeMethods);
-        ASSERT_HR(S_OK, Create(m_transform));
+        ASSERT_HR(S_OK, m_module.CreateTransform(m_transform));
         ASSERT_HR(S_OK, m_transform->QueryInterface(IID_INMFVDeinterlace, m_control.PutVoid()));
         ASSERT_HR(S_OK, m_transform->GetAttributes(m_store.Put()));
         Faults::Watch(m_store.Get(), kAttributeMethods);
@@ -58,8 +60,6 @@ protected:
         ASSERT_HR(S_OK, SetTypes());
         ASSERT_HR(S_OK, m_transform->ProcessMessage(MFT_MESSAGE_NOTIFY_START_OF_STREAM, 0));
     }
-
-    HRESULT Create(CComRef<IMFTransform>& transform) { return m_module.CreateTransform(transform); }
 
     HRESULT SetTypes() {
         const HRESULT hr = m_transform->SetInputType(0, m_type.Get(), 0);
@@ -157,7 +157,7 @@ TEST_F(FaultsOf, EveryCall) {
         {"creation",
          [this] {
              CComRef<IMFTransform> another;
-             return Create(another);
+             return m_module.CreateTransform(another);
          },
          13, 2},
         {"types", [this] { return SetTypes(); }, 30, {}, MF_E_INVALIDMEDIATYPE},
@@ -188,6 +188,7 @@ TEST_F(FaultsOf, EveryCall) {
                 << Hr{hr};
             EXPECT_HR(S_OK, scenario.again ? scenario.run() : S_OK);
             Configure();
+            EXPECT_TRUE(Faults::Failed() != "memory" || std::string_view(scenario.name) != "frame");
             EXPECT_EQ(picture, Picture());
             EXPECT_EQ(held.value_or(Faults::Held()), Faults::Held());
             held = Faults::Held();
@@ -197,9 +198,8 @@ TEST_F(FaultsOf, EveryCall) {
             EXPECT_EQ(nullptr, m_sheet.Page());
         }
         EXPECT_HR(S_OK, scenario.run()) << scenario.name;
-        EXPECT_GE(failures, scenario.least) << scenario.name;
+        EXPECT_GE(failures - 1, scenario.least) << scenario.name;
         EXPECT_EQ(scenario.told.value_or(told), told) << scenario.name;
-        std::printf("%s: %d calls failed, %d told\n", scenario.name, failures - 1, told);
     }
     EXPECT_GE(drawing + 50, DrawingObjects()); // of more than fifty openings of each page
     m_store.Reset();

@@ -1,4 +1,4 @@
-// The output frame in the plain order and in scalar code: the reference, and what frames that overlap get.
+// The output frame in the plain order and in scalar code: what frames that overlap get.
 #pragma once
 
 #include "engine/pixels/FramePlan.h"

@@ -15,6 +15,14 @@ die() {
     exit 1
 }
 
+# minutes_of VERB DEFAULT [ARGUMENT...]: what a verb that takes nothing but a number of minutes is to take.
+minutes_of() {
+    local minutes=${3:-$2}
+    (($# <= 3)) || die "$1 takes a number of minutes, and nothing else"
+    [[ $minutes =~ ^[1-9][0-9]{0,3}$ ]] || die "$1 takes a number of minutes, not '$minutes'"
+    echo "$minutes"
+}
+
 jobs() { nproc 2>/dev/null || echo 1; }
 
 # Megabytes free where PATH's file system is; PATH need not exist yet.

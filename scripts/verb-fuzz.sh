@@ -8,9 +8,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 # shellcheck source=scripts/build.sh
 . "$nmfv_scripts/build.sh"
-(($# <= 1)) || die "fuzz takes a number of minutes, and nothing else"
-minutes=${1:-1}
-[[ $minutes =~ ^[1-9][0-9]{0,3}$ ]] || die "fuzz takes a number of minutes, not '$minutes'"
+minutes=$(minutes_of fuzz 1 "$@")
 fuzz=$nmfv_build/fuzz/fuzz
 corpus=$nmfv_build/fuzz/corpus
 found=$nmfv_build/fuzz/found

@@ -6,9 +6,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 # shellcheck source=scripts/build.sh
 . "$nmfv_scripts/build.sh"
-(($# <= 1)) || die "soak takes a number of minutes, and nothing else"
-minutes=${1:-5}
-[[ $minutes =~ ^[1-9][0-9]{0,3}$ ]] || die "soak takes a number of minutes, not '$minutes'"
+minutes=$(minutes_of soak 5 "$@")
 folder=$nmfv_build/soak
 
 set_up
@@ -16,7 +14,9 @@ build_preset mingw test_soak
 mkdir -p "$folder" "$nmfv_logs"
 say "soaking for $minutes min"
 status=0
-NMFV_SOAK_SECONDS=$((60 * minutes)) NMFV_DISPLAY=1 "$nmfv_scripts/wine" "$nmfv_build/mingw/test_soak.exe" --gtest_brief=1 >"$nmfv_logs/soak.log" 2>&1 || status=$?
-tr -d '\r' <"$nmfv_logs/soak.log" | sed -n 's/^figures: //p' | awk -v svg="$folder/soak.svg" -f "$nmfv_scripts/soak-report.awk" | tee "$folder/table.md" || status=1
+NMFV_SOAK_SECONDS=$((60 * minutes)) NMFV_DISPLAY=1 \
+    "$nmfv_scripts/wine" "$nmfv_build/mingw/test_soak.exe" --gtest_brief=1 >"$nmfv_logs/soak.log" 2>&1 || status=$?
+tr -d '\r' <"$nmfv_logs/soak.log" | sed -n 's/^figures: //p' |
+    awk -v svg="$folder/soak.svg" -f "$nmfv_scripts/soak-report.awk" | tee "$folder/table.md" || status=1
 ((status == 0)) || say "something grew, or failed: build/logs/soak.log"
 exit "$status"

@@ -20,8 +20,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <process.h>
 #include <functional>
+#include <process.h>
 #include <set>
 #include <string>
 #include <thread>
@@ -132,10 +132,8 @@ protected:
     }
 
     void OpenPage(const CLSID& clsid, HWND sheet) {
-        CComRef<IClassFactory> factory;
         CComRef<IPropertyPage> page;
-        ASSERT_HR(S_OK, m_module.GetClassObject(clsid, IID_IClassFactory, factory.PutVoid()));
-        ASSERT_HR(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page.PutVoid()));
+        ASSERT_HR(S_OK, m_module.Create(clsid, page));
         IUnknown* object = m_control.Get();
         constexpr RECT kRect{0, 0, 640, 700};
         ASSERT_HR(S_OK, page->SetPageSite(&m_site));
@@ -180,10 +178,8 @@ protected:
             [&] { RunProcess(); },
         };
         std::thread others([&] { InThreads(int(std::size(works)), [&](int i) { works[i](); }); });
-        {
-            SheetWindow sheet;
-            repeat([&](int i) { OpenPage(*kPages[i % 3], sheet.Get()); });
-        }
+        const SheetWindow sheet;
+        repeat([&](int i) { OpenPage(*kPages[i % 3], sheet.Get()); });
         others.join();
         m_store.Reset();
         m_control.Reset();
@@ -191,7 +187,7 @@ protected:
     }
 
     struct Measures {
-        std::int64_t memory, heap, handles, drawing, objects, registry; // the first two in kB
+        std::int64_t memory, heap, handles, drawing, inUse, registry; // the first two in kB
     };
 
     Measures Measure() {
@@ -230,12 +226,12 @@ TEST_F(Soak, NothingGrows) {
         const Measures now = all.emplace_back(Measure());
         const double seconds = std::chrono::duration<double>(Clock::now() - begin).count();
         std::printf("figures: %.1f %d %d %lld %lld %lld %lld %lld %lld\n", seconds, m_frames.load(), m_pages,
-                    now.memory, now.heap, now.handles, now.drawing, now.objects, now.registry);
+                    now.memory, now.heap, now.handles, now.drawing, now.inUse, now.registry);
         std::fflush(stdout);
     }
     ASSERT_GE(all.size(), 3u);
     const Measures &warm = all[all.size() / 3], &last = all.back();
-    EXPECT_EQ(0, last.objects);
+    EXPECT_EQ(0, last.inUse);
     EXPECT_EQ(warm.registry, last.registry);
     EXPECT_GE(warm.handles + 10, last.handles);
     EXPECT_GE(warm.drawing + 20, last.drawing);

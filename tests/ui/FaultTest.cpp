@@ -1,9 +1,9 @@
 // Every allocation and every call of the platform fails once, in the shipped DLL: nothing is lost, the failure is told
 // where one is told at all, and the next time all is right.
+#include "tests/support/ComChecks.h"
 #include "tests/support/Faults.h"
 #include "tests/support/Media.h"
 #include "tests/support/Module.h"
-#include "tests/support/ComChecks.h"
 #include "tests/support/OraclePixels.h"
 #include "tests/support/PrivateRegistry.h"
 #include "tests/support/RandomBytes.h"
@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <functional>
 #include <optional>
+#include <string_view>
 
 #include <mferror.h>
 #include <mftransform.h>
@@ -74,11 +75,8 @@ protected:
     }
 
     HRESULT OpenPage(const CLSID& clsid) {
-        CComRef<IClassFactory> factory;
         CComRef<IPropertyPage> page;
-        HRESULT hr = m_module.GetClassObject(clsid, IID_IClassFactory, factory.PutVoid());
-        hr = FAILED(hr) ? hr : factory->CreateInstance(nullptr, IID_IPropertyPage, page.PutVoid());
-        if (FAILED(hr)) {
+        if (const HRESULT hr = m_module.Create(clsid, page); FAILED(hr)) {
             return hr;
         }
         IUnknown* object = m_control.Get();
